@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+// One plain-text log file in the folder "log" under the program's folder. Every entry rewrites
+// the file, so nothing is held open between writes.
+class CMyLog : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit CMyLog(QObject* parent = nullptr);
+
+    void SetFileName(const QString& name) { m_strFileName = name; }
+    QString GetFileName() const { return m_strFileName; }
+    // Full path of the log file.
+    QString GetFilePath() const;
+
+    static QString CreateLogDirectory();
+    void WriteString(QString text, bool bNew);
+
+private:
+    QString m_strFileName;
+};

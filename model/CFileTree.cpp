@@ -1,0 +1,75 @@
+#include "model/CFileTree.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+bool CFileTree::isLink(const QString& path)
+{
+    return QFileInfo(path).isSymLink();
+}
+
+QFileInfoList CFileTree::allEntries(const QString& folder)
+{
+    return QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                      QDir::DirsFirst);
+}
+
+QFileInfoList CFileTree::plainFiles(const QString& folder)
+{
+    QFileInfoList result;
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::NoSort);
+    for (const QFileInfo& info : files)
+        if (!info.isSymLink())
+            result << info;
+    return result;
+}
+
+QFileInfoList CFileTree::subFolders(const QString& folder)
+{
+    QFileInfoList result;
+    const QFileInfoList dirs = QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::NoSort);
+    for (const QFileInfo& info : dirs)
+        if (!info.isSymLink())
+            result << info;
+    return result;
+}
+
+QFileInfoList CFileTree::links(const QString& folder)
+{
+    QFileInfoList result;
+    const QFileInfoList entries = QDir(folder).entryInfoList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
+    for (const QFileInfo& info : entries)
+        if (info.isSymLink())
+            result << info;
+    return result;
+}
+
+bool CFileTree::removeDir(const QString& path)
+{
+    const QFileInfo root(path);
+    if (!root.exists() && !root.isSymLink())
+        return true;
+    // A link is removed as a link; what it points to is never touched.
+    if (root.isSymLink()) {
+        QFile::remove(path);
+        return false;
+    }
+
+    if (root.isDir()) {
+        const QFileInfoList entries = allEntries(path);
+        for (const QFileInfo& entry : entries) {
+            bool ok;
+            if (entry.isDir() && !entry.isSymLink())
+                ok = removeDir(entry.absoluteFilePath());
+            else
+                ok = QFile::remove(entry.absoluteFilePath());
+            if (!ok)
+                return false;
+        }
+    }
+    if (QFileInfo(path).isFile())
+        QFile::remove(path);
+    return QDir().rmdir(path);
+}

@@ -1,0 +1,105 @@
+#include "app/CMyLog.h"
+#include "support/TempAppDir.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+class TestMyLog : public QObject
+{
+    Q_OBJECT
+
+private:
+    // Entries are CR LF, hh:mm:ss, two blanks, two hyphens, two blanks, text.
+    static QRegularExpression entryPattern(const QByteArray& text)
+    {
+        return QRegularExpression(QStringLiteral("\r\n\\d\\d:\\d\\d:\\d\\d  --  ") +
+                                  QRegularExpression::escape(QString::fromLatin1(text)));
+    }
+
+private slots:
+    void writesEntries_data()
+    {
+        QTest::addColumn<QByteArray>("before");   // file content before, or "<none>"
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("bNew");
+        QTest::addColumn<QByteArray>("expectedBefore"); // what stays of the old content
+        QTest::addColumn<QByteArray>("expectedText");   // the entry's text as bytes
+
+        QTest::newRow("new file") << QByteArray("<none>") << "Init" << true << QByteArray() << QByteArray("Init");
+        QTest::newRow("append to missing file")
+            << QByteArray("<none>") << "first" << false << QByteArray() << QByteArray("first");
+        QTest::newRow("append keeps ascii") << QByteArray("\r\n10:00:00  --  old") << "next" << false
+                                            << QByteArray("\r\n10:00:00  --  old") << QByteArray("next");
+        QTest::newRow("bNew discards") << QByteArray("\r\n10:00:00  --  old") << "Init" << true << QByteArray()
+                                       << QByteArray("Init");
+        QTest::newRow("u umlaut is one latin-1 byte")
+            << QByteArray("<none>") << QString::fromUtf8("Gr\xc3\xbc\xc3\x9f") << true << QByteArray()
+            << QByteArray("Gr\xfc\xdf");
+        QTest::newRow("euro sign becomes ?")
+            << QByteArray("<none>") << QString::fromUtf8("5 \xe2\x82\xac") << true << QByteArray()
+            << QByteArray("5 ?");
+        // An earlier Latin-1 byte is invalid UTF-8 on the next read and is written back as "?".
+        QTest::newRow("earlier latin-1 byte turns into ?")
+            << QByteArray("\r\n10:00:00  --  M\xfcnchen") << "x" << false << QByteArray("\r\n10:00:00  --  M?nchen")
+            << QByteArray("x");
+        QTest::newRow("line breaks in text") << QByteArray("<none>") << "a\nb" << true << QByteArray()
+                                             << QByteArray("a\nb");
+    }
+
+    void writesEntries()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QString, text);
+        QFETCH(bool, bNew);
+        QFETCH(QByteArray, expectedBefore);
+        QFETCH(QByteArray, expectedText);
+
+        TempAppDir app;
+        QVERIFY(app.isValid());
+        if (before != "<none>")
+            QVERIFY(app.writeFile(QStringLiteral("log/test.txt"), before));
+
+        CMyLog log;
+        log.SetFileName(QStringLiteral("test.txt"));
+        log.WriteString(text, bNew);
+
+        const QByteArray content = app.readFile(QStringLiteral("log/test.txt"));
+        QVERIFY2(content.startsWith(expectedBefore), content.constData());
+        const QByteArray entry = content.mid(expectedBefore.size());
+        QCOMPARE(entry.size(), 2 + 8 + 6 + expectedText.size());
+        QVERIFY(QRegularExpression(QStringLiteral("^\r\n\\d\\d:\\d\\d:\\d\\d  --  $"))
+                    .match(QString::fromLatin1(entry.left(16)))
+                    .hasMatch());
+        QCOMPARE(entry.mid(16), expectedText);
+    }
+
+    void recreatesRemovedLogFolder()
+    {
+        TempAppDir app;
+        CMyLog log;
+        log.SetFileName(QStringLiteral("a.txt"));
+        log.WriteString(QStringLiteral("one"), true);
+        QVERIFY(QDir(app.filePath(QStringLiteral("log"))).removeRecursively());
+        log.WriteString(QStringLiteral("two"), false);
+        const QByteArray content = app.readFile(QStringLiteral("log/a.txt"));
+        QVERIFY(entryPattern("two").match(QString::fromLatin1(content)).hasMatch());
+        QVERIFY(!content.contains("one"));
+    }
+
+    void unwritableLogNeverStopsTheCaller()
+    {
+        // A plain file where the folder should be: neither the folder nor the log can be made.
+        TempAppDir app;
+        QVERIFY(app.writeFile(QStringLiteral("log"), "not a folder"));
+        CMyLog log;
+        log.SetFileName(QStringLiteral("x.txt"));
+        log.WriteString(QStringLiteral("lost"), false);
+        log.WriteString(QStringLiteral("lost"), true);
+        QCOMPARE(app.readFile(QStringLiteral("log")), QByteArray("not a folder"));
+    }
+};
+
+QTEST_MAIN(TestMyLog)
+#include "TestMyLog.moc"
