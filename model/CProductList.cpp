@@ -97,13 +97,16 @@ void CProductList::SortList()
 void CProductList::parseProducts(QXmlStreamReader& xml, bool bBase)
 {
     static const QString section = QStringLiteral("products");
+    // The current token is looked at before moving on, so that an element right after the
+    // section's start tag is not skipped.
     while (!CXmlSection::AtSectionEnd(xml, section)) {
         // A datasets token, start or end, also ends the products.
         if (xml.name() == QLatin1String("datasets"))
             break;
-        xml.readNext();
-        if (!xml.isStartElement())
+        if (!xml.isStartElement()) {
+            xml.readNext();
             continue;
+        }
         const auto name = xml.name();
         if (name == QLatin1String("name")) {
             xml.readNext();
@@ -132,6 +135,8 @@ void CProductList::parseProducts(QXmlStreamReader& xml, bool bBase)
         } else if (name == QLatin1String("update")) {
             xml.readNext();
             parseProductUpdate(xml);
+        } else {
+            xml.readNext();
         }
     }
 }
