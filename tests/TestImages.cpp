@@ -1,7 +1,9 @@
 #include "app/Application.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
@@ -64,6 +66,14 @@ double meanDifference(const QImage& a, const QImage& b)
         }
     }
     return counted == 0 ? 0 : sum / (4.0 * counted);
+}
+
+// The faces the captions are set in; without them a fresh render of a source with text differs
+// from the committed one for a reason that is not a stale picture.
+bool captionFontsInstalled()
+{
+    const QStringList styles = QFontDatabase().styles(QStringLiteral("DejaVu Sans"));
+    return styles.contains(QStringLiteral("Condensed Bold")) && styles.contains(QStringLiteral("Bold Oblique"));
 }
 
 QString sourceDir()
@@ -210,7 +220,8 @@ private slots:
             QSKIP("source folder unknown");
         const QStringList svgs = src.entryList({QStringLiteral("*.svg")}, QDir::Files, QDir::Name);
         QVERIFY(!svgs.isEmpty());
-        QStringList stale, orphaned;
+        const bool fonts = captionFontsInstalled();
+        QStringList stale, orphaned, unchecked;
         for (const QString& svg : svgs) {
             QString name = svg.left(svg.size() - 4);
             if (QFileInfo(name).suffix().isEmpty())
@@ -218,6 +229,12 @@ private slots:
             const QImage committed = QImage(QStringLiteral(":/images/") + name).convertToFormat(QImage::Format_ARGB32);
             if (committed.isNull()) {
                 orphaned << name;
+                continue;
+            }
+            QFile file(src.filePath(svg));
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            if (!fonts && file.readAll().contains("<text")) {
+                unchecked << name;
                 continue;
             }
             QSvgRenderer renderer(src.filePath(svg));
@@ -233,6 +250,8 @@ private slots:
         }
         QVERIFY2(orphaned.isEmpty(), qPrintable("sources without a resource: " + orphaned.join(", ")));
         QVERIFY2(stale.isEmpty(), qPrintable("re-run tools/render-images.sh for: " + stale.join(", ")));
+        if (!unchecked.isEmpty())
+            qWarning("DejaVu Sans faces missing, not compared: %s", qPrintable(unchecked.join(", ")));
         // And the reverse: every picture has a source.
         for (const ImageSpec& s : kImages) {
             const QString base = QString::fromLatin1(s.name).chopped(4);
