@@ -7,6 +7,7 @@
 
 int DownloadManager::stLastError = 0;
 
+
 namespace {
 void print(const QByteArray& text)
 {
