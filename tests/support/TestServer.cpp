@@ -293,12 +293,22 @@ private:
     {
         if (!m_streaming)
             return;
-        while (m_sent < m_limit && m_socket->bytesToWrite() < 2 * WriteChunk) {
-            const QByteArray chunk = nextChunk(WriteChunk);
-            if (chunk.isEmpty())
+        while (m_sent < m_limit && m_socket->bytesToWrite() == 0) {
+            qint64 written = 0;
+            if (m_generated) {
+                // Straight from the pattern block: nothing is made or copied per request.
+                const qint64 inBlock = m_sent % BlockSize;
+                const qint64 take = qMin(BlockSize - inBlock, m_limit - m_sent);
+                written = m_socket->write(patternBlock().constData() + inBlock, take);
+            } else {
+                const QByteArray chunk = nextChunk(WriteChunk);
+                if (chunk.isEmpty())
+                    break;
+                written = m_socket->write(chunk);
+            }
+            if (written <= 0)
                 break;
-            m_socket->write(chunk);
-            m_sent += chunk.size();
+            m_sent += written;
         }
         finishIfDone();
     }
@@ -377,7 +387,8 @@ private:
     void startPlain(qintptr descriptor)
     {
         auto* socket = new QTcpSocket;
-        if (!socket->setSocketDescriptor(descriptor)) {
+        if (!socket->setSocketDescriptor(descriptor, QAbstractSocket::ConnectedState,
+                                         QIODevice::ReadWrite | QIODevice::Unbuffered)) {
             delete socket;
             ::close(int(descriptor));
             return;
