@@ -1,0 +1,236 @@
+#include "engine/DownloadManager.h"
+
+#include <QNetworkRequest>
+
+#include <cmath>
+#include <cstdio>
+
+int DownloadManager::stLastError = 0;
+
+
+namespace {
+void print(const QByteArray& text)
+{
+    std::fwrite(text.constData(), 1, size_t(text.size()), stdout);
+}
+} // namespace
+
+DownloadManager::DownloadManager(QObject* parent) : QObject(parent)
+{
+    m_log.SetFileName(QStringLiteral("Download_log.txt"));
+    m_log.WriteString(QStringLiteral("Init"), true);
+}
+
+DownloadManager::~DownloadManager()
+{
+    dropReply();
+}
+
+void DownloadManager::DownloadFile(const QUrl& url, bool saveToFile, QString directory)
+{
+    stLastError = 0;
+    m_saveToFile = saveToFile;
+    m_url = url;
+    m_urlPath = url.path(QUrl::FullyDecoded);
+    m_downloadDirectory = directory;
+    m_log.WriteString(QStringLiteral("Download File"), false);
+    m_retried = false;
+    startDownload();
+}
+
+QString DownloadManager::saveFileName(const QUrl& url)
+{
+    QString name = QFileInfo(url.path(QUrl::FullyDecoded)).fileName();
+    if (name.isEmpty())
+        name = QStringLiteral("download");
+    const QString path = m_downloadDirectory + QLatin1Char('/') + name;
+    // A partial file from a failed attempt of the same name goes now.
+    if (QFile::exists(path))
+        QFile::remove(path);
+    return path;
+}
+
+QString DownloadManager::speedText(double speed)
+{
+    QString unit;
+    if (speed < 1024.0) {
+        unit = QStringLiteral("bytes/sec");
+    } else if (speed < 1024.0 * 1024.0) {
+        speed /= 1024.0;
+        unit = QStringLiteral("kB/s");
+    } else {
+        speed /= 1024.0 * 1024.0;
+        unit = QStringLiteral("MB/s");
+    }
+    return QStringLiteral("%1 %2").arg(speed, 3, 'f', 1).arg(unit);
+}
+
+void DownloadManager::dropReply()
+{
+    if (!m_reply)
+        return;
+    // Closing aborts a running reply, which would otherwise report back as a failed transfer.
+    disconnect(m_reply, nullptr, this, nullptr);
+    if (m_reply->isOpen())
+        m_reply->close();
+    m_reply->deleteLater();
+    m_reply = nullptr;
+}
+
+bool DownloadManager::sendRequest(const QUrl& url, const QString& openProblemUrlText, bool watchSsl)
+{
+    dropReply();
+    if (m_output.isOpen())
+        m_output.close();
+    m_output.setFileName(saveFileName(url));
+
+    if (m_saveToFile && !m_output.open(QIODevice::WriteOnly)) {
+        const QString message = QStringLiteral("Problem opening save file ") + m_output.fileName() +
+                                QStringLiteral(" for download ") + openProblemUrlText + QLatin1Char('\n') +
+                                m_output.errorString();
+        m_errors << message;
+        m_log.WriteString(QStringLiteral("!!!Error: ") + message, false);
+        return false;
+    }
+
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader,
+                      QByteArrayLiteral("application/x-www-form-urlencoded;charset=UTF-8"));
+    request.setRawHeader(QByteArrayLiteral("Authorization"), QByteArrayLiteral("Basic ") + credentials.toBase64());
+    m_reply = m_manager.post(request, postBody);
+
+    connect(m_reply, &QNetworkReply::downloadProgress, this, &DownloadManager::downloadProgress);
+    connect(m_reply, &QNetworkReply::finished, this, &DownloadManager::downloadFinished);
+    connect(m_reply, &QNetworkReply::readyRead, this, &DownloadManager::downloadReadyRead);
+    connect(m_reply, &QNetworkReply::errorOccurred, this, &DownloadManager::downloadError);
+    if (watchSsl)
+        connect(m_reply, &QNetworkReply::sslErrors, this, &DownloadManager::slotSslErrors);
+
+    print(QByteArrayLiteral("Downloading ") + url.toEncoded() + QByteArrayLiteral("...\n"));
+    m_downloadTime.start();
+    m_log.WriteString(QStringLiteral("Start Download"), false);
+    return true;
+}
+
+void DownloadManager::startDownload()
+{
+    // Without a writable target no request goes out and no SignalFinished follows; the owner
+    // learns it from the errors.
+    sendRequest(m_url, QString::fromLatin1(m_url.toEncoded()), true);
+}
+
+void DownloadManager::startDownloadNoSSL()
+{
+    m_retried = true;
+    // Plain-text replace, so every "https" in the address changes, not only the scheme; kept so.
+    QString text = m_url.toString();
+    text.replace(QStringLiteral("https"), QStringLiteral("http"));
+    const QUrl plainUrl(text);
+    if (!sendRequest(plainUrl, QString(), false)) {
+        // The first attempt was sent, so the owner still gets its one SignalFinished.
+        downloadListFinished();
+        return;
+    }
+    credentials.clear();
+    postBody.clear();
+}
+
+void DownloadManager::downloadReadyRead()
+{
+    if (!m_reply)
+        return;
+    m_lastData = m_reply->readAll();
+    if (m_saveToFile && m_output.isOpen())
+        m_output.write(m_lastData);
+}
+
+void DownloadManager::downloadProgress(qint64 bytesReceived, qint64 bytesTotal)
+{
+    m_progressBar.setStatus(bytesReceived, bytesTotal);
+    // An elapsed time of 0 gives an infinite figure, printed as "inf MB/s".
+    const double speed = bytesReceived * 1000.0 / double(m_downloadTime.elapsed());
+    m_progressBar.setMessage(speedText(speed));
+    m_progressBar.update();
+
+    const int percent = m_progressBar.percent();
+    char line[48];
+    const int n = std::snprintf(line, sizeof line, "Progress percent %d. \n", percent);
+    std::fwrite(line, 1, size_t(n), stdout);
+    emit SignalChangePercent(percent);
+}
+
+void DownloadManager::downloadError(QNetworkReply::NetworkError code)
+{
+    stLastError = int(code);
+    m_log.WriteString(QStringLiteral("!!!Error: Download-Error-ID=%1").arg(int(code)), false);
+}
+
+void DownloadManager::slotSslErrors(const QList<QSslError>& errors)
+{
+    // Not ignored: the transfer fails and goes the plain-HTTP way.
+    for (int i = 0; i < errors.size(); ++i)
+        m_log.WriteString(QStringLiteral("!!!Error: SSL-Error"), false);
+}
+
+void DownloadManager::downloadFinished()
+{
+    if (stLastError != 0 && !m_retried) {
+        startDownloadNoSSL();
+        m_log.WriteString(QStringLiteral("Run Download2"), false);
+        return;
+    }
+
+    m_log.WriteString(QStringLiteral("downloadFinished"), false);
+    m_lastFile = m_output.fileName();
+    m_log.WriteString(QStringLiteral("Download finished ") + m_lastFile, false);
+    print(QByteArrayLiteral("Download finished."));
+    m_progressBar.clear();
+    if (m_output.isOpen())
+        m_output.close();
+
+    if (m_reply && m_reply->isOpen()) {
+        if (m_reply->error() == QNetworkReply::NoError) {
+            print(QByteArrayLiteral("Succeeded."));
+        } else {
+            const QString message = QStringLiteral("Failed download file ") + m_lastFile + QLatin1Char('\n');
+            m_errors << message;
+            m_log.WriteString(message, false);
+        }
+    }
+
+    if (m_reply) {
+        disconnect(m_reply, nullptr, this, nullptr);
+        m_reply->deleteLater();
+        m_reply = nullptr;
+    }
+    downloadListFinished();
+}
+
+void DownloadManager::downloadListFinished()
+{
+    const QString urlPath = m_urlPath;
+    const QString lastFile = m_lastFile;
+    const QStringList errors = m_errors;
+    const QByteArray lastData = m_lastData;
+
+    m_lastFile.clear();
+    m_errors.clear();
+    m_url.clear();
+    m_lastData.clear();
+    postBody.clear();
+    credentials.clear();
+    if (m_output.isOpen())
+        m_output.close();
+    dropReply();
+
+    emit SignalFinished(urlPath, lastFile, errors, lastData);
+    m_log.WriteString(QStringLiteral("downloadListFinished"), false);
+}
+
+void DownloadManager::stopDownloadSlot()
+{
+    m_log.WriteString(QStringLiteral("stopDownloadSlot"), false);
+    std::fflush(stdout);
+    m_errors << QStringLiteral("User abort");
+    downloadListFinished();
+}

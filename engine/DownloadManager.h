@@ -1,0 +1,90 @@
+#pragma once
+
+#include "app/CMyLog.h"
+#include "engine/TextProgressBar.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QList>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QObject>
+#include <QSslError>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+// Fetches one file at a time with an authorised POST, into a file in a folder or into memory.
+// A failed transfer is repeated once over plain HTTP. The owner assigns `credentials` (and, if
+// needed, `postBody`) before every DownloadFile() and waits for SignalFinished before the next one;
+// both are cleared when a transfer ends.
+class DownloadManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DownloadManager(QObject* parent = nullptr);
+    ~DownloadManager() override;
+
+    void DownloadFile(const QUrl& url, bool saveToFile, QString directory);
+    // Target path for a URL in the download folder. Deletes a file of that path left by an
+    // earlier attempt.
+    QString saveFileName(const QUrl& url);
+
+    // Speed text shown after the progress bar: "%1 %2" with one decimal, field width 3, and the
+    // unit bytes/sec, kB/s or MB/s.
+    static QString speedText(double bytesPerSecond);
+
+    // Error code of the last failed network operation of any DownloadManager; 0 when none.
+    static int stLastError;
+
+private:
+    QNetworkAccessManager m_manager;
+    QUrl m_url;
+    QNetworkReply* m_reply = nullptr;
+    QFile m_output;
+    QElapsedTimer m_downloadTime;
+
+public:
+    QByteArray postBody;
+    // "user:password" for the Basic authorization header.
+    QByteArray credentials;
+
+private:
+    QByteArray m_lastData;
+    bool m_saveToFile = false;
+    CMyLog m_log;
+    bool m_retried = false;
+    TextProgressBar m_progressBar;
+    QString m_urlPath;
+    QString m_lastFile;
+    QStringList m_errors;
+    QString m_downloadDirectory;
+
+public slots:
+    void stopDownloadSlot();
+
+signals:
+    // Exactly once per transfer that was sent. Success is an empty error list. With saving off,
+    // data holds the last chunk that arrived.
+    void SignalFinished(QString urlPath, QString file, QStringList errors, QByteArray data);
+    void SignalChangePercent(int percent);
+
+private slots:
+    void downloadProgress(qint64 bytesReceived, qint64 bytesTotal);
+    void downloadFinished();
+    void downloadReadyRead();
+    void downloadError(QNetworkReply::NetworkError code);
+    void slotSslErrors(const QList<QSslError>& errors);
+
+private:
+    void startDownload();
+    void startDownloadNoSSL();
+    // Sends the request for url; false (with the message in the errors) when the target file
+    // cannot be opened.
+    bool sendRequest(const QUrl& url, const QString& openProblemUrlText, bool watchSsl);
+    void downloadListFinished();
+    // Detaches the current reply so that closing it cannot call back into this object.
+    void dropReply();
+};
