@@ -18,7 +18,8 @@ struct CInstallPath;
 class CFolderWalk
 {
 public:
-    enum EChildren {
+    enum EChildren
+    {
         // Copy: (first/x, second/x) for every sub-folder x of the first folder.
         ChildrenOfFirst,
         // Reset and backup removal: (second/x/childName, second/x) for every sub-folder x of the second.

@@ -97,7 +97,8 @@ void FileCopyThread::copyFolder(const QString& source, const QString& target)
                         return false;
                     if (!QFileInfo(targetFolder).isDir() && !QDir().mkpath(targetFolder)) {
                         m_walk.Error(QStringLiteral("cannot create folder ") + targetFolder +
-                                     QStringLiteral("; the files of ") + sourceFolder + QStringLiteral(" are left out"));
+                                     QStringLiteral("; the files of ") + sourceFolder +
+                                     QStringLiteral(" are left out"));
                         return false;
                     }
 

@@ -33,10 +33,10 @@ void FileRemoveBackupThread::run()
 bool FileRemoveBackupThread::RemoveBackupProductFiles()
 {
     m_walk.ResetErrors();
-    const bool last = m_walk.ForEachTarget(m_pProduct->GetInstallPaths(),
-                                           [this](const QString& target, const QString&) {
-                                               return RemoveBackupProductFilesSub(target);
-                                           });
+    const bool last =
+        m_walk.ForEachTarget(m_pProduct->GetInstallPaths(), [this](const QString& target, const QString&) {
+            return RemoveBackupProductFilesSub(target);
+        });
     m_bSuccess = last && m_walk.GetErrorCount() == 0 && !m_bStopRequested;
     return m_bSuccess;
 }

@@ -33,10 +33,9 @@ void FileResetThread::run()
 bool FileResetThread::ResetProductFiles()
 {
     m_walk.ResetErrors();
-    const bool last = m_walk.ForEachTarget(m_pProduct->GetInstallPaths(),
-                                           [this](const QString& target, const QString&) {
-                                               return ResetProductFilesSub(target);
-                                           });
+    const bool last =
+        m_walk.ForEachTarget(m_pProduct->GetInstallPaths(),
+                             [this](const QString& target, const QString&) { return ResetProductFilesSub(target); });
     m_bSuccess = last && m_walk.GetErrorCount() == 0 && !m_bStopRequested;
     return m_bSuccess;
 }
@@ -73,7 +72,8 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         QString error;
                         // Replaces the installed file in one step, so a failure leaves both as they were.
                         if (!CFolderWalk::MoveFile(file.absoluteFilePath(), targetFile, true, &error)) {
-                            m_walk.Error(QStringLiteral("cannot put back ") + targetFile + QStringLiteral(": ") + error);
+                            m_walk.Error(QStringLiteral("cannot put back ") + targetFile + QStringLiteral(": ") +
+                                         error);
                             keepBackup = true;
                         }
                     }
