@@ -87,7 +87,12 @@ bool FileCopyThread::MoveProductFilesSub(QString target, QString sub)
 void FileCopyThread::copyFolder(const QString& source, const QString& target)
 {
     m_walk.Walk(CFolderWalk::ChildrenOfFirst, QString(), source, target,
-                [this](const QString& sourceFolder, const QString& targetFolder) {
+                [this, &target](const QString& sourceFolder, const QString& targetFolder) {
+                    // An archive folder of the backup's name would be poured into the backup itself.
+                    if (targetFolder != target && QFileInfo(targetFolder).fileName() == m_strBackupDirName) {
+                        m_walk.Warning(QStringLiteral("folder of the backup's name skipped: ") + sourceFolder);
+                        return false;
+                    }
                     QString backupFolder;
                     if (m_bMakeBackups) {
                         backupFolder = GetBackupDirPath(targetFolder);

@@ -160,6 +160,10 @@ private slots:
             {"t/a=new", "s/"}, {}, {"/nowhere/x", "$ProductPath"});
         row("target folder missing", "copy s", "1", {"t/", "s/a=new"}, {"t/new/deep/a=new", "s/"}, {},
             {"$ProductPath/new/deep"});
+        row("unpacked folder of the backup's name", "copy s", "1", {"t/a=old", "s/a=new", "s/QMK_nav_back/a=bad"},
+            {"t/a=new", B + "a=old", B + "_V_unknown_R_/", cyc(B + "cycle_info.txt", "unknown", ""),
+             "s/QMK_nav_back/a=bad"},
+            {"!!WARNING folder of the backup's name skipped: @/s/QMK_nav_back"});
         row("target name is a folder", "copy s", "0", {"t/a/in=keep", "s/a=new"}, {"t/a/in=keep", "s/a=new"},
             {"!!ERROR @/t/a is a folder"});
         row("Skyforge A320 in any case: nav1.db copied to nav2.db", "copy s", "1",
