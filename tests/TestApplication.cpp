@@ -1,0 +1,145 @@
+#include "app/Application.h"
+#include "support/TempAppDir.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTranslator>
+
+class TestApplication : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { Application::registerResources(); }
+
+    void startupLanguage_data()
+    {
+        QTest::addColumn<QString>("systemLocale");
+        QTest::addColumn<QString>("stored");              // language from the settings, empty for none
+        QTest::addColumn<QString>("expectedLanguage");
+        QTest::addColumn<QString>("expectedTranslator");  // language of the installed translator, empty for none
+
+        QTest::newRow("de_DE starts German") << "de_DE" << "" << "de_DE" << "de_DE";
+        // The country of the system locale is what is matched, so Austria starts in English.
+        QTest::newRow("de_AT starts English") << "de_AT" << "" << "en_US" << "en_US";
+        QTest::newRow("fr_FR starts English") << "fr_FR" << "" << "en_US" << "en_US";
+        QTest::newRow("en_GB starts English") << "en_GB" << "" << "en_US" << "en_US";
+        QTest::newRow("en_US starts English") << "en_US" << "" << "en_US" << "en_US";
+        // Country "de" matches the German file's language, but en_DE is no translation of its own.
+        QTest::newRow("en_DE takes the full name, no translator") << "en_DE" << "" << "en_DE" << "";
+        QTest::newRow("de_CH starts English") << "de_CH" << "" << "en_US" << "en_US";
+        QTest::newRow("C is compared whole") << "C" << "" << "en_US" << "en_US";
+        QTest::newRow("bare de is compared whole") << "de" << "" << "de" << "";
+        QTest::newRow("stored German wins") << "fr_FR" << "de_DE" << "de_DE" << "de_DE";
+        QTest::newRow("stored English wins") << "de_DE" << "en_US" << "en_US" << "en_US";
+        QTest::newRow("stored unknown key shows built-in texts") << "de_DE" << "xx_YY" << "xx_YY" << "";
+        QTest::newRow("stored lower-case key is not a key") << "de_DE" << "de_de" << "de_de" << "";
+        QTest::newRow("stored garbage") << "en_US" << "__" << "__" << "";
+    }
+
+    void startupLanguage()
+    {
+        QFETCH(QString, systemLocale);
+        QFETCH(QString, stored);
+        QFETCH(QString, expectedLanguage);
+        QFETCH(QString, expectedTranslator);
+
+        Application::loadTranslations(QDir(QStringLiteral(":/lang")), systemLocale);
+        if (!stored.isEmpty())
+            Application::setLanguage(stored);
+
+        QCOMPARE(Application::GetLanguage(), expectedLanguage);
+        QTranslator* current = Application::currentTranslator();
+        if (expectedTranslator.isEmpty())
+            QVERIFY(!current);
+        else {
+            QVERIFY(current);
+            QCOMPARE(current->language(), expectedTranslator);
+        }
+        QStringList languages = Application::availableLanguages();
+        languages.sort();
+        QCOMPARE(languages, QStringList({QStringLiteral("de_DE"), QStringLiteral("en_US")}));
+    }
+
+    void twoLetterLanguage_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("de_DE") << "de_DE" << "de";
+        QTest::newRow("three parts") << "sr_Latn_RS" << "latn";
+        QTest::newRow("no underscore") << "C" << QString();
+        QTest::newRow("empty") << "" << QString();
+    }
+
+    void twoLetterLanguage()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, expected);
+        Application::setLanguage(key);
+        QCOMPARE(Application::GetTwoLetterLanguage(), expected);
+        QCOMPARE(Application::GetTwoLetterLanguage().isNull(), expected.isNull());
+    }
+
+    void emptyLanguageFolder()
+    {
+        TempAppDir app;
+        Application::loadTranslations(QDir(app.path()), QStringLiteral("de_DE"));
+        QCOMPARE(Application::GetLanguage(), QStringLiteral("en_US"));
+    }
+
+    void restartLoop_data()
+    {
+        QTest::addColumn<QStringList>("codes");
+        QTest::addColumn<int>("passes");
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("0 ends at once") << QStringList{"0"} << 1 << 0;
+        QTest::newRow("20 builds again, then 0") << QStringList{"20", "0"} << 2 << 0;
+        QTest::newRow("two restarts") << QStringList{"20", "20", "0"} << 3 << 0;
+        QTest::newRow("other codes end the process") << QStringList{"20", "7"} << 2 << 7;
+        QTest::newRow("21 is no restart") << QStringList{"21", "0"} << 1 << 21;
+    }
+
+    void restartLoop()
+    {
+        QFETCH(QStringList, codes);
+        QFETCH(int, passes);
+        QFETCH(int, exitCode);
+
+        TempAppDir app;
+        // A quiet program folder: a tiny catalogue and no automatic network checks.
+        QVERIFY(app.writeFile(QStringLiteral("bin/base_ini.xml"),
+                              "<data><App><Version>1.0.0</Version></App></data>"));
+        QVERIFY(app.writeFile(QStringLiteral("bin/prop_ini.xml"),
+                              "<data><App><DSAutoUpdate>0</DSAutoUpdate>"
+                              "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate></App></data>"));
+
+        QProcess probe;
+        probe.start(QCoreApplication::applicationDirPath() + QStringLiteral("/probe_restart"),
+                    QStringList{app.path()} + codes);
+        QVERIFY(probe.waitForFinished(60000));
+        const QString out = QString::fromLocal8Bit(probe.readAllStandardOutput());
+        QCOMPARE(probe.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(probe.exitCode(), exitCode);
+
+        const QStringList lines = out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        QStringList passLines = lines.filter(QRegularExpression(QStringLiteral("^pass ")));
+        QCOMPARE(passLines.size(), passes);
+        QString pid;
+        for (int i = 0; i < passes; ++i) {
+            const QStringList words = passLines.at(i).split(QLatin1Char(' '));
+            QCOMPARE(words.at(1).toInt(), i);
+            if (i == 0)
+                pid = words.at(3);
+            QCOMPARE(words.at(3), pid);                 // same process
+            QCOMPARE(words.at(5).toInt(), i + 1);       // a new window each pass
+            QCOMPARE(words.at(7), QStringLiteral("1")); // shown
+            QCOMPARE(words.at(9), QStringLiteral("de_DE,en_US")); // translations loaded again
+        }
+        QVERIFY2(lines.last() == QStringLiteral("loop returned %1").arg(exitCode), qPrintable(out));
+    }
+};
+
+QTEST_MAIN(TestApplication)
+#include "TestApplication.moc"

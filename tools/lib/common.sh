@@ -1,0 +1,26 @@
+# Shared by tools/test.sh and tools/demo.sh: install what is missing, then build into build/.
+# shellcheck shell=bash
+
+QMK_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+QMK_BUILD=${QMK_BUILD:-$QMK_ROOT/build}
+
+QMK_PACKAGES=(g++ make cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
+              qt5-image-formats-plugins zip unzip curl openssl)
+
+qmk_ensure_packages() {
+    local missing=() pkg
+    for pkg in "${QMK_PACKAGES[@]}" "$@"; do
+        dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed" || missing+=("$pkg")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    echo "Installing missing packages: ${missing[*]}"
+    local sudo=""
+    [ "$(id -u)" -ne 0 ] && sudo="sudo"
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+qmk_build() {
+    cmake -S "$QMK_ROOT" -B "$QMK_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+    cmake --build "$QMK_BUILD" -j"$(nproc)"
+}
