@@ -1,16 +1,590 @@
 #include "ui/QuillmarkMainWindow.h"
 
 #include "app/Application.h"
+#include "model/CCategory.h"
+#include "ui/CvlFilterCmb.h"
+#include "ui/CvlHelpButton.h"
+#include "ui/CvlRemoveBackupButton.h"
+#include "ui/CvlResetButton.h"
+#include "ui/CvlSettingsButton.h"
+#include "ui/CvlUpdateButton.h"
+#include "ui/SystemButton.h"
+#include "ui/VlActionLabel.h"
+#include "ui/VlAppTitleLabel.h"
+#include "ui/VlAppVersionLabel.h"
+#include "ui/VlCatLabel.h"
+#include "ui/VlCatPropsLabel.h"
+#include "ui/VlColors.h"
+#include "ui/VlProdListLabel.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QGridLayout>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QImage>
+#include <QLabel>
+#include <QLinearGradient>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+#include <QScreen>
+#include <QSizeGrip>
+
+namespace {
+QGridLayout* grid0(const QMargins& margins)
+{
+    auto* grid = new QGridLayout;
+    grid->setSpacing(0);
+    grid->setContentsMargins(margins);
+    return grid;
+}
+
+QRect availableArea()
+{
+    QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->availableGeometry() : QRect(0, 0, 1000, 840);
+}
+
+// A label that carries a painted pixmap must not take the pixmap's size as its own minimum, or
+// the window could never be made smaller again.
+void ignorePixmapSize(QLabel* label)
+{
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+}
+
+QImage transparentImage(const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+} // namespace
 
 QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     : QMainWindow(parent, Qt::FramelessWindowHint | Qt::WindowSystemMenuHint)
 {
-    setWindowTitle(tr("Quillmark"));
     m_dataModel.Init(Application::st_strVersion);
+    m_normalGeometry = QRect();
+    m_dragPosition = QPoint(0, 0);
+
+    const QRect area = availableArea();
+    resize(qMin(area.width(), 1000), qMin(area.height(), 766));
+    // The minimum height is larger than the initial one on purpose; users rely on that size.
+    setMinimumSize(qMin(area.width(), 930), qMin(area.height(), 840));
+
+    CreateMainWidget();
+
+    setWindowIcon(QIcon(QStringLiteral(":/images/Quillmark.ico")));
+    setWindowTitle(tr("Quillmark"));
+    setUnifiedTitleAndToolBarOnMac(true);
+
+    InitSlotSignal();
 }
 
 QuillmarkMainWindow::~QuillmarkMainWindow()
 {
     m_dataModel.Save();
     m_dataModel.Clear();
+}
+
+void QuillmarkMainWindow::CreateMainWidget()
+{
+    m_pMainLabel = new QLabel(this);
+    ignorePixmapSize(m_pMainLabel);
+    setAttribute(Qt::WA_TranslucentBackground);
+    m_pMainLabel->setAttribute(Qt::WA_TranslucentBackground);
+    CreateMainWidgetGrid();
+}
+
+void QuillmarkMainWindow::CreateMainWidgetGrid()
+{
+    QGridLayout* grid = grid0(QMargins(2, 1, 1, 1));
+    grid->setColumnStretch(0, 1);
+    grid->setColumnMinimumWidth(0, 100);
+    grid->setRowStretch(0, 0);
+    grid->setRowMinimumHeight(0, 50);
+    grid->setRowStretch(1, 1);
+    grid->setRowMinimumHeight(1, 100);
+    grid->setRowStretch(2, 0);
+    grid->setRowMinimumHeight(2, 20);
+
+    grid->addLayout(CreateHeaderLayout(), 0, 0, Qt::AlignRight | Qt::AlignTop);
+    grid->addWidget(CreateMiddleLabel(), 1, 0);
+    grid->addLayout(CreateStatusLeisteLayout(), 2, 0, Qt::AlignRight | Qt::AlignBottom);
+
+    m_pMainLabel->setLayout(grid);
+    setCentralWidget(m_pMainLabel);
+    setAttribute(Qt::WA_MouseTracking);
+}
+
+QGridLayout* QuillmarkMainWindow::CreateHeaderLayout()
+{
+    QGridLayout* grid = grid0(QMargins());
+    grid->setColumnStretch(0, 0);
+    grid->setColumnMinimumWidth(0, 10);
+    grid->setColumnStretch(1, 1);
+    grid->addLayout(CreateToolIconHeaderLayout(), 0, 0);
+    grid->addLayout(CreateRightHeaderLayout(), 0, 1);
+    return grid;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateToolIconHeaderLayout()
+{
+    QGridLayout* grid = grid0(QMargins(1, 0, 0, 0));
+    grid->setRowMinimumHeight(0, 32);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 0);
+
+    QGridLayout* logoGrid = grid0(QMargins(10, 10, 0, 0));
+    auto* logo = new QLabel(m_pMainLabel);
+    logo->setPixmap(QPixmap(QStringLiteral(":/images/Quillmark.png")));
+    logoGrid->addWidget(logo, 0, 0, Qt::AlignCenter);
+    grid->addLayout(logoGrid, 0, 0);
+
+    auto* line = new QLabel(m_pMainLabel);
+    line->setMaximumHeight(1);
+    line->setMinimumWidth(170);
+    line->setStyleSheet(QStringLiteral("background-color: rgb(145, 145, 150)"));
+    grid->addWidget(line, 1, 0, Qt::AlignLeft | Qt::AlignBottom);
+    return grid;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateRightHeaderLayout()
+{
+    QGridLayout* grid = grid0(QMargins());
+    grid->setRowMinimumHeight(0, 10);
+    grid->setRowMinimumHeight(1, 100);
+    grid->setRowStretch(1, 1);
+    grid->addLayout(CreateSystemButtonLayout(), 0, 0, Qt::AlignRight | Qt::AlignTop);
+    CreateRightHeaderLabel();
+    grid->addWidget(m_pRightHeader, 1, 0);
+    return grid;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateSystemButtonLayout()
+{
+    QGridLayout* grid = grid0(QMargins(0, 7, 7, 4));
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 0);
+    grid->setColumnMinimumWidth(1, 2);
+    grid->setColumnStretch(2, 0);
+    grid->setColumnMinimumWidth(2, 20);
+    grid->setColumnStretch(3, 0);
+    grid->setColumnMinimumWidth(3, 20);
+
+    m_pMiniButton = new SystemButton(QStringLiteral(":/images/mini_gr.png"), QStringLiteral(":/images/mini_blue.png"),
+                                     m_pMainLabel);
+    m_pMaxiButton = new SystemButton(QStringLiteral(":/images/maxi_gr.png"), QStringLiteral(":/images/maxi_blue.png"),
+                                     m_pMainLabel);
+    m_pCloseButton = new SystemButton(QStringLiteral(":/images/close_gr.png"),
+                                      QStringLiteral(":/images/close_blue.png"), m_pMainLabel);
+    m_pNormButton = new SystemButton(QStringLiteral(":/images/norm_gr.png"), QStringLiteral(":/images/norm_blue.png"),
+                                     m_pMainLabel);
+    m_pNormButton->hide();
+    grid->addWidget(m_pMiniButton, 0, 1);
+    grid->addWidget(m_pMaxiButton, 0, 2);
+    grid->addWidget(m_pNormButton, 0, 2);
+    grid->addWidget(m_pCloseButton, 0, 3);
+    return grid;
+}
+
+void QuillmarkMainWindow::CreateRightHeaderLabel()
+{
+    m_pRightHeader = new QLabel(m_pMainLabel);
+    ignorePixmapSize(m_pRightHeader);
+    QGridLayout* outer = grid0(QMargins());
+    outer->setColumnStretch(0, 1);
+    outer->setColumnStretch(1, 0);
+
+    QGridLayout* left = grid0(QMargins(45, 0, 0, 0));
+    left->setRowMinimumHeight(0, 18);
+    left->addLayout(CreateTitleLayout(), 0, 0);
+    left->addLayout(CreateFilterLayout(), 1, 0);
+    outer->addLayout(left, 0, 0);
+    outer->addLayout(CreateActionButtonLayout(), 0, 1);
+
+    m_pRightHeader->setLayout(outer);
+    m_pRightHeader->setAttribute(Qt::WA_MouseTracking);
+}
+
+QGridLayout* QuillmarkMainWindow::CreateTitleLayout()
+{
+    QGridLayout* grid = grid0(QMargins());
+    grid->setColumnStretch(0, 0);
+    grid->setColumnStretch(1, 0);
+    grid->setColumnStretch(2, 1);
+    m_pTitle = new VlAppTitleLabel(QStringLiteral("Q u i l l m a r k"), m_pRightHeader);
+    grid->addWidget(m_pTitle, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
+    auto* version = new VlAppVersionLabel(QStringLiteral("V. ") + Application::st_strVersion, m_pRightHeader);
+    version->setContentsMargins(8, 0, 0, 6);
+    grid->addWidget(version, 0, 1, Qt::AlignLeft | Qt::AlignBottom);
+    return grid;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateFilterLayout()
+{
+    QGridLayout* grid = grid0(QMargins(5, 10, 0, 0));
+    grid->setColumnStretch(0, 0);
+    grid->setColumnStretch(1, 0);
+    grid->setColumnStretch(2, 1);
+    grid->setColumnMinimumWidth(0, 100);
+    grid->setColumnMinimumWidth(1, 115);
+    m_pFilterCaption = new VlActionLabel(tr("Dataset-Filter"), m_pRightHeader);
+    m_pFilterCaption->setContentsMargins(0, 0, 8, 0);
+    grid->addWidget(m_pFilterCaption, 0, 0);
+    m_pFilter = new CvlFilterCmb(m_pRightHeader, &m_dataModel);
+    m_pFilter->Init();
+    grid->addWidget(m_pFilter, 0, 1);
+    return grid;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateActionButtonLayout()
+{
+    QGridLayout* grid = grid0(QMargins(0, 0, 20, 0));
+    m_pUpdateButton = new CvlUpdateButton(m_pRightHeader, &m_dataModel);
+    m_pResetButton = new CvlResetButton(m_pRightHeader, &m_dataModel);
+    m_pRemoveBackupButton = new CvlRemoveBackupButton(m_pRightHeader, &m_dataModel);
+    m_pSettingsButton = new CvlSettingsButton(m_pRightHeader, &m_dataModel);
+    m_pHelpButton = new CvlHelpButton(m_pRightHeader, &m_dataModel);
+    const QList<QWidget*> buttons = GetActionButtons();
+
+    QFont separatorFont(QApplication::font().family());
+    separatorFont.setPointSize(16);
+    int column = 0;
+    for (int i = 0; i < buttons.size(); ++i) {
+        if (i > 0) {
+            auto* separator = new QLabel(QStringLiteral("|"), m_pRightHeader);
+            separator->setFont(separatorFont);
+            VlColors::SetTextColor(separator, QColor(100, 100, 100));
+            separator->setAlignment(Qt::AlignCenter);
+            grid->addWidget(separator, 0, column++, Qt::AlignCenter);
+        }
+        grid->setColumnMinimumWidth(column, i == 0 ? 73 : 70);
+        grid->addWidget(buttons.at(i), 0, column++, Qt::AlignBottom);
+    }
+    return grid;
+}
+
+QList<QWidget*> QuillmarkMainWindow::GetActionButtons() const
+{
+    return {m_pUpdateButton, m_pResetButton, m_pRemoveBackupButton, m_pSettingsButton, m_pHelpButton};
+}
+
+QLabel* QuillmarkMainWindow::CreateMiddleLabel()
+{
+    auto* middle = new QLabel(m_pMainLabel);
+    middle->setStyleSheet(QStringLiteral("background-color: #7D7D7D"));
+    QGridLayout* outer = grid0(QMargins());
+    outer->setRowStretch(0, 1);
+    outer->setRowStretch(1, 0);
+
+    QGridLayout* top = grid0(QMargins(14, 20, 0, 0));
+    top->setColumnStretch(0, 0);
+    top->setColumnStretch(1, 1);
+    top->addLayout(CreateCatsLayout(), 0, 0, Qt::AlignLeft | Qt::AlignTop);
+
+    QGridLayout* products = grid0(QMargins(0, 0, 13, 15));
+    m_pProdList = new VlProdListLabel(middle, &m_dataModel);
+    products->addWidget(m_pProdList, 0, 0);
+    top->addLayout(products, 0, 1);
+    // The product column takes all the height; the categories stay at the top on their own.
+    outer->addLayout(top, 0, 0);
+
+    QGridLayout* props = grid0(QMargins());
+    m_pCatProps = new VlCatPropsLabel(middle, m_dataModel.GetCategoryByName(QStringLiteral("All")));
+    m_pCatProps->Init();
+    props->addWidget(m_pCatProps, 0, 0);
+    outer->addLayout(props, 1, 0);
+
+    middle->setLayout(outer);
+    return middle;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateCatsLayout()
+{
+    QGridLayout* grid = grid0(QMargins(0, 0, 20, 0));
+    grid->setColumnMinimumWidth(0, 120);
+    for (int row = 0; row <= 8; ++row)
+        grid->setRowStretch(row, 0);
+    grid->setRowStretch(9, 1);
+    grid->setRowStretch(10, 1);
+
+    auto make = [this](const QString& image, const QString& name, bool enabled) {
+        auto* button = new VlCatLabel(nullptr, &m_dataModel);
+        button->Init(QStringLiteral(":/images/") + image + QStringLiteral("32.png"),
+                     QStringLiteral(":/images/") + image + QStringLiteral("48.png"), name);
+        button->setEnabled(enabled);
+        return button;
+    };
+    m_pCatAll = make(QStringLiteral("All"), QStringLiteral("All"), true);
+    m_pCatUpdateList = make(QStringLiteral("UpdateList"), QStringLiteral("Selected"), true);
+    m_pCatXPlane10 = make(QStringLiteral("XPlane10"), QStringLiteral("X-Plane 10"), true);
+    m_pCatXPlane11 = make(QStringLiteral("XPlane11"), QStringLiteral("X-Plane 11"), true);
+    m_pCatFSX = make(QStringLiteral("FSX"), QStringLiteral("FSX"), false);
+    m_pCatFS2004 = make(QStringLiteral("FS2004"), QStringLiteral("FS2004"), false);
+    m_pCatP3DV2 = make(QStringLiteral("P3D2"), QStringLiteral("Prepar3D v2"), false);
+    m_pCatP3DV3 = make(QStringLiteral("P3D3"), QStringLiteral("Prepar3D v3"), false);
+    m_pCatP3DV4 = make(QStringLiteral("P3D4"), QStringLiteral("Prepar3D v4"), false);
+
+    const Qt::Alignment align = Qt::AlignLeft | Qt::AlignVCenter;
+    grid->addWidget(m_pCatAll, 0, 0, align);
+    grid->addWidget(m_pCatUpdateList, 1, 0, align);
+
+    QGridLayout* lineGrid = grid0(QMargins(25, 10, 0, 10));
+    m_pCategoryLine = new QLabel;
+    m_pCategoryLine->setStyleSheet(QStringLiteral("background-color: rgb(165, 165, 170)"));
+    m_pCategoryLine->setMaximumHeight(2);
+    m_pCategoryLine->setMinimumHeight(2);
+    m_pCategoryLine->setMinimumWidth(143);
+    lineGrid->addWidget(m_pCategoryLine, 0, 0, Qt::AlignRight);
+    grid->addLayout(lineGrid, 2, 0, align);
+
+    grid->addWidget(m_pCatXPlane10, 3, 0, align);
+    grid->addWidget(m_pCatXPlane11, 4, 0, align);
+    grid->addWidget(m_pCatFSX, 5, 0, align);
+    grid->addWidget(m_pCatFS2004, 6, 0, align);
+    grid->addWidget(m_pCatP3DV2, 7, 0, align);
+    grid->addWidget(m_pCatP3DV3, 8, 0, align);
+    grid->addWidget(m_pCatP3DV4, 9, 0, align);
+    grid->addWidget(new QLabel, 10, 0, align);
+    ClickedCatAllSlot();
+    return grid;
+}
+
+QList<VlCatLabel*> QuillmarkMainWindow::GetCategoryButtons() const
+{
+    return {m_pCatAll,    m_pCatUpdateList, m_pCatXPlane10, m_pCatXPlane11, m_pCatFSX,
+            m_pCatFS2004, m_pCatP3DV2,      m_pCatP3DV3,    m_pCatP3DV4};
+}
+
+VlCatLabel* QuillmarkMainWindow::GetCategoryButton(const QString& name) const
+{
+    for (VlCatLabel* button : GetCategoryButtons())
+        if (button && button->GetName() == name)
+            return button;
+    return nullptr;
+}
+
+QGridLayout* QuillmarkMainWindow::CreateStatusLeisteLayout()
+{
+    QGridLayout* grid = grid0(QMargins(7, 7, 7, 7));
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 0);
+    grid->setColumnMinimumWidth(1, 20);
+    grid->setRowMinimumHeight(0, 20);
+
+    m_pStatus = new QLabel(tr("Ready"), m_pMainLabel);
+    QFont f(QApplication::font().family());
+    f.setPointSize(9);
+    f.setItalic(true);
+    m_pStatus->setFont(f);
+    VlColors::SetTextColor(m_pStatus, QColor(254, 254, 254));
+    grid->addWidget(m_pStatus, 0, 0);
+
+    auto* grip = new QSizeGrip(this);
+    grip->setCursor(Qt::SizeFDiagCursor);
+    grid->addWidget(grip, 0, 1, Qt::AlignRight | Qt::AlignBottom);
+    return grid;
+}
+
+void QuillmarkMainWindow::InitSlotSignal()
+{
+    connect(m_pCloseButton, &SystemButton::clicked, this, &QuillmarkMainWindow::CloseWindowSlot);
+    connect(m_pMiniButton, &SystemButton::clicked, this, &QuillmarkMainWindow::MiniWindowSlot);
+    connect(m_pMaxiButton, &SystemButton::clicked, this, &QuillmarkMainWindow::MaxiWindowSlot);
+    connect(m_pNormButton, &SystemButton::clicked, this, &QuillmarkMainWindow::NormWindowSlot);
+
+    connect(m_pCatXPlane10, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatXPlane10Slot);
+    connect(m_pCatXPlane11, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatXPlane11Slot);
+    connect(m_pCatP3DV2, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatP3DV2Slot);
+    connect(m_pCatP3DV3, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatP3DV3Slot);
+    connect(m_pCatP3DV4, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatP3DV4Slot);
+    connect(m_pCatFSX, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatFSXSlot);
+    connect(m_pCatFS2004, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatFS2004Slot);
+    connect(m_pCatAll, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatAllSlot);
+    connect(m_pCatUpdateList, &VlCatLabel::clicked, this, &QuillmarkMainWindow::ClickedCatUpdateListSlot);
+
+    connect(this, &QuillmarkMainWindow::ChangeSelectedCategory, m_pProdList, &VlProdListLabel::ChangeCategorySlot);
+    connect(this, &QuillmarkMainWindow::ChangeSelectedCategory, m_pCatProps,
+            &VlCatPropsLabel::ChangeSelectedCategorySlot);
+    connect(m_pCatProps, &VlCatPropsLabel::UpdatePath, m_pProdList, &VlProdListLabel::UpdatePathSlot);
+    connect(m_pFilter, &CvlFilterCmb::ChangeDataset, this, &QuillmarkMainWindow::ChangeDatasetFilterSlot);
+    connect(this, &QuillmarkMainWindow::SignalChangeDataset, m_pProdList, &VlProdListLabel::ChangeDatasetFilterSlot);
+    connect(&m_dataModel, &CDataModel::SignalCloseApplication, this, &QuillmarkMainWindow::CloseWindowSlot);
+}
+
+void QuillmarkMainWindow::CloseWindowSlot()
+{
+    close();
+}
+
+void QuillmarkMainWindow::MiniWindowSlot()
+{
+    showMinimized();
+}
+
+void QuillmarkMainWindow::MaxiWindowSlot()
+{
+    m_normalGeometry = geometry();
+    setGeometry(availableArea());
+    m_pNormButton->show();
+    m_pMaxiButton->hide();
+}
+
+void QuillmarkMainWindow::NormWindowSlot()
+{
+    setGeometry(m_normalGeometry);
+    m_pNormButton->hide();
+    m_pMaxiButton->show();
+}
+
+void QuillmarkMainWindow::ClickedCategory(VlCatLabel* clicked)
+{
+    m_pSelectedCategory = clicked->GetCategory();
+    emit ChangeSelectedCategory(m_pSelectedCategory);
+    for (VlCatLabel* button : GetCategoryButtons())
+        if (button != clicked)
+            button->SetSelect(false);
+}
+
+void QuillmarkMainWindow::ClickedCatXPlane10Slot() { ClickedCategory(m_pCatXPlane10); }
+void QuillmarkMainWindow::ClickedCatXPlane11Slot() { ClickedCategory(m_pCatXPlane11); }
+void QuillmarkMainWindow::ClickedCatP3DV2Slot() { ClickedCategory(m_pCatP3DV2); }
+void QuillmarkMainWindow::ClickedCatP3DV3Slot() { ClickedCategory(m_pCatP3DV3); }
+void QuillmarkMainWindow::ClickedCatP3DV4Slot() { ClickedCategory(m_pCatP3DV4); }
+void QuillmarkMainWindow::ClickedCatFSXSlot() { ClickedCategory(m_pCatFSX); }
+void QuillmarkMainWindow::ClickedCatFS2004Slot() { ClickedCategory(m_pCatFS2004); }
+void QuillmarkMainWindow::ClickedCatAllSlot() { ClickedCategory(m_pCatAll); }
+void QuillmarkMainWindow::ClickedCatUpdateListSlot() { ClickedCategory(m_pCatUpdateList); }
+
+void QuillmarkMainWindow::SelectCategory(CCategory* category)
+{
+    m_pSelectedCategory = category;
+    emit ChangeSelectedCategory(category);
+}
+
+void QuillmarkMainWindow::ChangeDatasetFilterSlot(const QString& dataset)
+{
+    emit SignalChangeDataset(dataset);
+    // Re-flows the child layouts after the list changed; the size ends as it was.
+    const int w = width();
+    const int h = height();
+    resize(w + 1, h);
+    resize(w, h);
+}
+
+void QuillmarkMainWindow::retranslate()
+{
+    setWindowTitle(tr("Quillmark"));
+    if (m_pFilterCaption)
+        m_pFilterCaption->setText(tr("Dataset-Filter"));
+    if (m_pStatus)
+        m_pStatus->setText(tr("Ready"));
+}
+
+void QuillmarkMainWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QMainWindow::changeEvent(event);
+}
+
+void QuillmarkMainWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_dragPosition = event->globalPos() - frameGeometry().topLeft();
+    event->accept();
+}
+
+void QuillmarkMainWindow::mouseMoveEvent(QMouseEvent* event)
+{
+    // Only the header band, the top 110 pixels, drags the window.
+    if ((event->buttons() & Qt::LeftButton) && event->pos().y() <= 109)
+        move(event->globalPos() - m_dragPosition);
+    event->accept();
+}
+
+void QuillmarkMainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    PaintAll();
+    // Whatever the filter showed before, the list starts unfiltered; keep the combo in step.
+    if (m_pFilter->currentIndex() != 0)
+        m_pFilter->setCurrentIndex(0);
+    else
+        ChangeDatasetFilterSlot(QStringLiteral("All"));
+    m_dataModel.InitProdUpdateListForUpdateOrReset(true);
+    repaint();
+}
+
+void QuillmarkMainWindow::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    if (isVisible())
+        PaintAll();
+}
+
+void QuillmarkMainWindow::PaintAll()
+{
+    PaintMainWidget();
+    PaintRightHeaderLabel();
+    PaintCategoryLineLabel();
+}
+
+void QuillmarkMainWindow::PaintMainWidget()
+{
+    const QSize size = m_pMainLabel->size();
+    if (size.width() < 4 || size.height() < 4)
+        return;
+    QImage image = transparentImage(size);
+    QPainter painter(&image);
+    QLinearGradient gradient(0, 0, 0, size.height());
+    gradient.setColorAt(0.0, QColor(245, 245, 245));
+    gradient.setColorAt(0.01, QColor(195, 195, 205));
+    gradient.setColorAt(0.05, QColor(240, 240, 250));
+    gradient.setColorAt(0.5, QColor(240, 240, 250));
+    gradient.setColorAt(0.8, QColor(240, 240, 250));
+    gradient.setColorAt(1.0, QColor(51, 51, 60));
+    painter.setBrush(gradient);
+    painter.drawRoundedRect(QRectF(0.5, 0.5, size.width() - 2, size.height() - 2), 2, 2);
+    painter.setPen(QColor(155, 175, 195));
+    for (int y = 45; y <= 95; y += 10)
+        painter.drawLine(2, y, size.width() - 2, y);
+    painter.end();
+    m_pMainLabel->setPixmap(QPixmap::fromImage(image));
+    m_pMainLabel->resize(image.size());
+}
+
+void QuillmarkMainWindow::PaintRightHeaderLabel()
+{
+    const QSize size = m_pRightHeader->size();
+    if (size.width() <= 0 || size.height() <= 0)
+        return;
+    const int w = size.width();
+    const int h = size.height();
+    QImage image = transparentImage(size);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QColor(140, 140, 150));
+    QLinearGradient gradient(0, 0, 0, h);
+    gradient.setColorAt(0.0, QColor(125, 125, 125));
+    gradient.setColorAt(0.3, QColor(228, 228, 242));
+    gradient.setColorAt(0.6, QColor(220, 220, 232));
+    gradient.setColorAt(0.6, QColor(125, 125, 125));
+    gradient.setColorAt(1.0, QColor(125, 125, 125));
+    painter.setBrush(gradient);
+    QPainterPath path(QPointF(0, h));
+    path.cubicTo(QPointF(60, h), QPointF(0, h - 100), QPointF(60, 0));
+    path.lineTo(w + 1, 0);
+    path.lineTo(w + 1, h + 1);
+    painter.drawPath(path);
+    painter.end();
+    m_pRightHeader->setPixmap(QPixmap::fromImage(image));
+}
+
+void QuillmarkMainWindow::PaintCategoryLineLabel()
+{
+    VlCatLabel::PaintLineLabel(m_pCategoryLine);
 }

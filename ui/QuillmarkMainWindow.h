@@ -4,8 +4,25 @@
 #include "model/CDataModel.h"
 
 #include <QMainWindow>
+#include <QPoint>
+#include <QRect>
 
-// The single top-level window: frameless, drawing its own chrome.
+class CCategory;
+class CvlFilterCmb;
+class CvlHelpButton;
+class CvlRemoveBackupButton;
+class CvlResetButton;
+class CvlSettingsButton;
+class CvlUpdateButton;
+class QGridLayout;
+class QLabel;
+class SystemButton;
+class VlActionLabel;
+class VlCatLabel;
+class VlCatPropsLabel;
+class VlProdListLabel;
+
+// The single top-level window: frameless, drawing its own chrome, owning the data model.
 class QuillmarkMainWindow : public QMainWindow, public VlAtom
 {
     Q_OBJECT
@@ -15,7 +32,105 @@ public:
     ~QuillmarkMainWindow() override;
 
     CDataModel* GetDataModel() { return &m_dataModel; }
+    CCategory* GetSelectedCategory() const { return m_pSelectedCategory; }
+
+    // Parts reached by the tests and the screenshot tool.
+    VlProdListLabel* GetProdList() const { return m_pProdList; }
+    VlCatPropsLabel* GetCatProps() const { return m_pCatProps; }
+    CvlFilterCmb* GetFilter() const { return m_pFilter; }
+    VlActionLabel* GetFilterCaption() const { return m_pFilterCaption; }
+    QLabel* GetStatusLabel() const { return m_pStatus; }
+    // Buttons in column order: All, Selected, X-Plane 10, X-Plane 11, FSX, FS2004, Prepar3D v2, v3, v4.
+    QList<VlCatLabel*> GetCategoryButtons() const;
+    VlCatLabel* GetCategoryButton(const QString& name) const;
+    SystemButton* GetCloseButton() const { return m_pCloseButton; }
+    SystemButton* GetMiniButton() const { return m_pMiniButton; }
+    SystemButton* GetMaxiButton() const { return m_pMaxiButton; }
+    SystemButton* GetNormButton() const { return m_pNormButton; }
+    QList<QWidget*> GetActionButtons() const;
+    QRect GetNormalGeometry() const { return m_normalGeometry; }
+
+signals:
+    void ChangeSelectedCategory(CCategory* category);
+    void SignalChangeDataset(const QString& dataset);
+
+public slots:
+    void CloseWindowSlot();
+    void MiniWindowSlot();
+    void MaxiWindowSlot();
+    void NormWindowSlot();
+    void ClickedCatXPlane10Slot();
+    void ClickedCatXPlane11Slot();
+    void ClickedCatP3DV2Slot();
+    void ClickedCatP3DV3Slot();
+    void ClickedCatP3DV4Slot();
+    void ClickedCatFSXSlot();
+    void ClickedCatFS2004Slot();
+    void ClickedCatAllSlot();
+    void ClickedCatUpdateListSlot();
+    void SelectCategory(CCategory* category);
+    void ChangeDatasetFilterSlot(const QString& dataset);
+    void retranslate() override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void CreateMainWidget();
+    void CreateMainWidgetGrid();
+    QGridLayout* CreateHeaderLayout();
+    QGridLayout* CreateToolIconHeaderLayout();
+    QGridLayout* CreateRightHeaderLayout();
+    QGridLayout* CreateSystemButtonLayout();
+    void CreateRightHeaderLabel();
+    QGridLayout* CreateTitleLayout();
+    QGridLayout* CreateFilterLayout();
+    QGridLayout* CreateActionButtonLayout();
+    QLabel* CreateMiddleLabel();
+    QGridLayout* CreateCatsLayout();
+    QGridLayout* CreateStatusLeisteLayout();
+    void InitSlotSignal();
+
+    void PaintMainWidget();
+    void PaintRightHeaderLabel();
+    void PaintCategoryLineLabel();
+    void PaintAll();
+
+    void ClickedCategory(VlCatLabel* clicked);
+
     CDataModel m_dataModel;
+    CCategory* m_pSelectedCategory = nullptr;
+    QPoint m_dragPosition;
+    QLabel* m_pMainLabel = nullptr;
+    QLabel* m_pStatus = nullptr;
+    QLabel* m_pRightHeader = nullptr;
+    QLabel* m_pTitle = nullptr;
+    VlActionLabel* m_pFilterCaption = nullptr;
+    QLabel* m_pCategoryLine = nullptr;
+    VlCatLabel* m_pCatXPlane10 = nullptr;
+    VlCatLabel* m_pCatXPlane11 = nullptr;
+    VlCatLabel* m_pCatP3DV2 = nullptr;
+    VlCatLabel* m_pCatP3DV3 = nullptr;
+    VlCatLabel* m_pCatP3DV4 = nullptr;
+    VlCatLabel* m_pCatFSX = nullptr;
+    VlCatLabel* m_pCatFS2004 = nullptr;
+    VlCatLabel* m_pCatAll = nullptr;
+    VlCatLabel* m_pCatUpdateList = nullptr;
+    VlCatPropsLabel* m_pCatProps = nullptr;
+    VlProdListLabel* m_pProdList = nullptr;
+    CvlUpdateButton* m_pUpdateButton = nullptr;
+    CvlSettingsButton* m_pSettingsButton = nullptr;
+    CvlResetButton* m_pResetButton = nullptr;
+    CvlHelpButton* m_pHelpButton = nullptr;
+    CvlRemoveBackupButton* m_pRemoveBackupButton = nullptr;
+    QRect m_normalGeometry;
+    CvlFilterCmb* m_pFilter = nullptr;
+    SystemButton* m_pCloseButton = nullptr;
+    SystemButton* m_pMiniButton = nullptr;
+    SystemButton* m_pMaxiButton = nullptr;
+    SystemButton* m_pNormButton = nullptr;
 };

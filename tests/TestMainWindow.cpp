@@ -1,0 +1,270 @@
+#include "app/Application.h"
+#include "support/MessageBoxSpy.h"
+#include "support/SampleCatalogue.h"
+#include "support/TempAppDir.h"
+#include "ui/CvlActionBtn.h"
+#include "ui/CvlFilterCmb.h"
+#include "ui/QuillmarkMainWindow.h"
+#include "ui/SystemButton.h"
+#include "ui/VlActionLabel.h"
+#include "ui/VlCatLabel.h"
+#include "ui/VlCatPropsLabel.h"
+#include "ui/VlProdLabel.h"
+#include "ui/VlProdListLabel.h"
+
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QScopedPointer>
+#include <QScreen>
+#include <QScrollArea>
+#include <QSignalSpy>
+#include <QTest>
+
+// The frameless main window: its chrome, category column, filter and languages.
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+    QScopedPointer<TempAppDir> m_app;
+    QScopedPointer<QuillmarkMainWindow> m_window;
+    QScopedPointer<MessageBoxSpy> m_boxes;
+
+    // Delivered to the widget under the point, as the platform would; labels pass it on to the window.
+    void sendMouse(QEvent::Type type, const QPoint& local, Qt::MouseButtons buttons)
+    {
+        QWidget* target = m_window->childAt(local);
+        if (!target)
+            target = m_window.data();
+        const QPoint global = m_window->mapToGlobal(local);
+        QMouseEvent event(type, target->mapFromGlobal(global), global,
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
+        QApplication::sendEvent(target, &event);
+    }
+
+    static QString caption(QWidget* button)
+    {
+        return static_cast<CvlActionBtn*>(button)->GetCaption();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        Application::registerResources();
+        Application::loadTranslations(QStringLiteral(":/lang"));
+        Application::setLanguage(QStringLiteral("en_US"));
+    }
+
+    void init()
+    {
+        m_boxes.reset(new MessageBoxSpy);
+        m_app.reset(new TempAppDir);
+        SampleCatalogue catalogue = SampleCatalogue::Small();
+        QVERIFY(SampleCatalogue::MakeSimFolder(m_app->filePath(QStringLiteral("xp11"))));
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), m_app->filePath(QStringLiteral("xp11")));
+        QVERIFY(catalogue.WriteTo(m_app->path()));
+        m_window.reset(new QuillmarkMainWindow);
+        m_window->move(30, 20);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
+    }
+
+    void cleanup()
+    {
+        Application::setLanguage(QStringLiteral("en_US"));
+        m_window.reset();
+        m_app.reset();
+        QCOMPARE(m_boxes->count(), 0);
+        m_boxes.reset();
+    }
+
+    void startSize()
+    {
+        const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+        QCOMPARE(m_window->minimumSize(), QSize(qMin(area.width(), 930), qMin(area.height(), 840)));
+        QVERIFY(m_window->width() >= qMin(area.width(), 930));
+        QVERIFY(m_window->height() >= qMin(area.height(), 766));
+    }
+
+    void dragByHeaderBand_data()
+    {
+        QTest::addColumn<int>("y");
+        QTest::addColumn<bool>("moves");
+        QTest::newRow("top") << 5 << true;
+        QTest::newRow("inside header") << 60 << true;
+        QTest::newRow("last header row") << 109 << true;
+        QTest::newRow("first row below") << 110 << false;
+        QTest::newRow("product area") << 300 << false;
+    }
+
+    void dragByHeaderBand()
+    {
+        QFETCH(int, y);
+        QFETCH(bool, moves);
+
+        const QPoint before = m_window->pos();
+        QCOMPARE(before, QPoint(30, 20)); // the offscreen platform keeps positions
+        // Left of the filter, right of the category column: only labels lie there.
+        const QPoint press(150, y);
+        sendMouse(QEvent::MouseButtonPress, press, Qt::LeftButton);
+        sendMouse(QEvent::MouseMove, press + QPoint(25, 0), Qt::LeftButton);
+        sendMouse(QEvent::MouseButtonRelease, press + QPoint(25, 0), Qt::NoButton);
+        QCOMPARE(m_window->pos(), moves ? before + QPoint(25, 0) : before);
+
+        // Without the left button held nothing moves.
+        const QPoint now = m_window->pos();
+        sendMouse(QEvent::MouseMove, QPoint(150, 20), Qt::NoButton);
+        QCOMPARE(m_window->pos(), now);
+    }
+
+    void windowButtons()
+    {
+        const QRect normal = m_window->geometry();
+        SystemButton* maxi = m_window->GetMaxiButton();
+        SystemButton* norm = m_window->GetNormButton();
+        QVERIFY(maxi->isVisible() && !norm->isVisible());
+
+        QTest::mouseClick(maxi, Qt::LeftButton);
+        QCOMPARE(m_window->geometry(), QGuiApplication::primaryScreen()->availableGeometry());
+        QVERIFY(!maxi->isVisible() && norm->isVisible());
+
+        QTest::mouseClick(norm, Qt::LeftButton);
+        QCOMPARE(m_window->geometry(), normal);
+        QVERIFY(maxi->isVisible() && !norm->isVisible());
+
+        QTest::mouseClick(m_window->GetMiniButton(), Qt::LeftButton);
+        QTRY_VERIFY(m_window->isMinimized());
+        m_window->showNormal();
+
+        QTest::mouseClick(m_window->GetCloseButton(), Qt::LeftButton);
+        QTRY_VERIFY(!m_window->isVisible());
+    }
+
+    void categoryButtonsMarkOne_data()
+    {
+        QTest::addColumn<QString>("click");
+        QTest::addColumn<QString>("selected"); // the one marked afterwards
+        QTest::newRow("x-plane 11") << "X-Plane 11" << "X-Plane 11";
+        QTest::newRow("selected list") << "Selected" << "Selected";
+        QTest::newRow("x-plane 10") << "X-Plane 10" << "X-Plane 10";
+        QTest::newRow("disabled fsx keeps all") << "FSX" << "All";
+        QTest::newRow("disabled prepar3d keeps all") << "Prepar3D v4" << "All";
+    }
+
+    void categoryButtonsMarkOne()
+    {
+        QFETCH(QString, click);
+        QFETCH(QString, selected);
+
+        QSignalSpy changed(m_window.data(), &QuillmarkMainWindow::ChangeSelectedCategory);
+        QTest::mouseClick(m_window->GetCategoryButton(QStringLiteral("X-Plane 10")), Qt::LeftButton);
+        QTest::mouseClick(m_window->GetCategoryButton(QStringLiteral("All")), Qt::LeftButton);
+        QTest::mouseClick(m_window->GetCategoryButton(click), Qt::LeftButton);
+
+        for (VlCatLabel* button : m_window->GetCategoryButtons())
+            QCOMPARE(button->IsSelected(), button->GetName() == selected);
+        QCOMPARE(m_window->GetProdList()->GetCategoryName(), selected);
+        QCOMPARE(m_window->GetCatProps()->GetCategory(), m_window->GetSelectedCategory());
+        // The path row only belongs to simulator categories.
+        QLineEdit* path = m_window->GetCatProps()->findChild<QLineEdit*>();
+        QCOMPARE(path->isVisible(), selected.startsWith(QLatin1String("X-Plane")));
+    }
+
+    void filterChangeKeepsSize()
+    {
+        const QSize before = m_window->size();
+        CvlFilterCmb* filter = m_window->GetFilter();
+        QSignalSpy datasets(m_window.data(), &QuillmarkMainWindow::SignalChangeDataset);
+        filter->setFocus();
+        QTest::keyClick(filter, Qt::Key_Down);
+        QTest::keyClick(filter, Qt::Key_Up);
+        QCOMPARE(datasets.size(), 2);
+        QCOMPARE(datasets.at(0).at(0).toString(), filter->itemText(1));
+        QCOMPARE(datasets.at(1).at(0).toString(), QStringLiteral("All"));
+        QCOMPARE(m_window->size(), before);
+    }
+
+    void resizeKeepsLayoutUsable_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("larger") << QSize(1400, 1000);
+        QTest::newRow("wide and low") << QSize(1600, 500);
+        QTest::newRow("back to the smallest") << QSize(1, 1);
+        QTest::newRow("after maximise and restore") << QSize(-1, -1);
+    }
+
+    void resizeKeepsLayoutUsable()
+    {
+        QFETCH(QSize, size);
+        if (size.width() < 0) {
+            m_window->resize(1500, 1100);
+            QTest::mouseClick(m_window->GetMaxiButton(), Qt::LeftButton);
+            QTest::mouseClick(m_window->GetNormButton(), Qt::LeftButton);
+            m_window->resize(1, 1);
+        } else {
+            m_window->resize(size);
+        }
+        QTest::qWait(50);
+        QApplication::processEvents();
+
+        const QSize expected = size.width() < 0 ? m_window->minimumSize() : size.expandedTo(m_window->minimumSize());
+        QCOMPARE(m_window->size(), expected);
+        QScrollArea* scroll = m_window->GetProdList()->GetScrollArea();
+        QVERIFY(scroll->width() > 0 && scroll->height() > 0);
+        const int viewport = scroll->viewport()->width();
+        QVERIFY(viewport > 0);
+        for (VlProdLabel* card : m_window->GetProdList()->GetCards()) {
+            QCOMPARE(card->width(), viewport);
+            QVERIFY(card->height() >= 120);
+            for (QWidget* child : card->findChildren<QWidget*>())
+                QVERIFY2(child->width() >= 0 && child->height() >= 0, qPrintable(child->objectName()));
+        }
+        // Nothing of the window lies outside it.
+        QVERIFY(m_window->GetProdList()->geometry().right() < m_window->width());
+        QVERIFY(m_window->GetCatProps()->isVisible());
+        QVERIFY(m_window->GetCatProps()->mapTo(m_window.data(), QPoint(0, m_window->GetCatProps()->height())).y() <=
+                m_window->height());
+    }
+
+    void languageSwitchRetranslates_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("filterCaption");
+        QTest::addColumn<QString>("filterAll");
+        QTest::addColumn<QString>("update");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<QString>("categoryAll");
+
+        QTest::newRow("english") << "en_US" << "Dataset-Filter" << "All" << "Update" << "Ready" << "All";
+        QTest::newRow("german") << "de_DE" << "Datensatz-Filter" << "Alle" << "Aktualisieren" << "Bereit"
+                                << "Alle";
+    }
+
+    void languageSwitchRetranslates()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, filterCaption);
+        QFETCH(QString, filterAll);
+        QFETCH(QString, update);
+        QFETCH(QString, status);
+        QFETCH(QString, categoryAll);
+
+        Application::setLanguage(language);
+        QApplication::processEvents();
+        QCOMPARE(m_window->GetFilterCaption()->text(), filterCaption);
+        QCOMPARE(m_window->GetFilter()->itemText(0), filterAll);
+        QCOMPARE(caption(m_window->GetActionButtons().at(0)), update);
+        QCOMPARE(m_window->GetStatusLabel()->text(), status);
+        QCOMPARE(m_window->GetCategoryButton(QStringLiteral("All"))->GetTitle(), categoryAll);
+
+        // The filter value stays language-independent.
+        QSignalSpy datasets(m_window->GetFilter(), &CvlFilterCmb::ChangeDataset);
+        m_window->GetFilter()->setFocus();
+        QTest::keyClick(m_window->GetFilter(), Qt::Key_Down);
+        QTest::keyClick(m_window->GetFilter(), Qt::Key_Up);
+        QCOMPARE(datasets.last().at(0).toString(), QStringLiteral("All"));
+    }
+};
+
+QTEST_MAIN(TestMainWindow)
+#include "TestMainWindow.moc"

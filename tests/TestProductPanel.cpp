@@ -1,0 +1,374 @@
+#include "app/Application.h"
+#include "model/CCategory.h"
+#include "model/CDataModel.h"
+#include "model/CProduct.h"
+#include "support/MessageBoxSpy.h"
+#include "support/SampleCatalogue.h"
+#include "support/TempAppDir.h"
+#include "ui/CvlFilterCmb.h"
+#include "ui/QuillmarkMainWindow.h"
+#include "ui/VlCatLabel.h"
+#include "ui/VlCatPropsLabel.h"
+#include "ui/VlDirChooser.h"
+#include "ui/VlProdLabel.h"
+#include "ui/VlProdListLabel.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScopedPointer>
+#include <QTest>
+
+// The product panel inside the real main window, on a small catalogue in a temporary program folder.
+class TestProductPanel : public QObject
+{
+    Q_OBJECT
+
+    QScopedPointer<TempAppDir> m_app;
+    QScopedPointer<QuillmarkMainWindow> m_window;
+    QScopedPointer<MessageBoxSpy> m_boxes;
+
+    QString sim10() const { return m_app->filePath(QStringLiteral("sims/xp10")); }
+    QString sim11() const { return m_app->filePath(QStringLiteral("sims/xp11")); }
+
+    void build()
+    {
+        m_window.reset();
+        m_app.reset(new TempAppDir);
+        SampleCatalogue catalogue = SampleCatalogue::Small();
+        QVERIFY(SampleCatalogue::MakeSimFolder(sim10()));
+        QVERIFY(SampleCatalogue::MakeSimFolder(sim11()));
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 10"), sim10());
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), sim11());
+        QVERIFY(catalogue.WriteTo(m_app->path()));
+        m_window.reset(new QuillmarkMainWindow);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
+    }
+
+    VlProdLabel* card(const QString& name) const
+    {
+        for (VlProdLabel* c : m_window->GetProdList()->GetCards())
+            if (c->GetProduct()->GetName() == name)
+                return c;
+        return nullptr;
+    }
+
+    QStringList visibleNames() const
+    {
+        QStringList names;
+        for (VlProdLabel* c : m_window->GetProdList()->GetCards())
+            if (c->GetVisible() && !c->isHidden())
+                names << c->GetProduct()->GetName();
+        return names;
+    }
+
+    void chooseDataset(const QString& dataset)
+    {
+        CvlFilterCmb* filter = m_window->GetFilter();
+        filter->setFocus();
+        while (filter->currentIndex() > 0)
+            QTest::keyClick(filter, Qt::Key_Up);
+        while (filter->currentIndex() < filter->count() - 1 &&
+               (dataset == QLatin1String("All") ? false : filter->currentText() != dataset))
+            QTest::keyClick(filter, Qt::Key_Down);
+    }
+
+    void clickCategory(const QString& name)
+    {
+        VlCatLabel* button = m_window->GetCategoryButton(name);
+        QVERIFY(button);
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        Application::registerResources();
+        Application::st_strVersion = QStringLiteral("1.2.3");
+    }
+
+    void init()
+    {
+        m_boxes.reset(new MessageBoxSpy);
+        build();
+    }
+
+    void cleanup()
+    {
+        VlDirChooser::SetHandler(nullptr);
+        m_window.reset();
+        m_app.reset();
+        QCOMPARE(m_boxes->count(), 0);
+        m_boxes.reset();
+    }
+
+    void filterShowsExactCards_data()
+    {
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<QString>("dataset");
+        QTest::addColumn<QStringList>("ticked"); // ticked on their cards before filtering
+        QTest::addColumn<QStringList>("expected");
+
+        const QStringList all{"Alpha GNS", "Bravo FMS", "Charlie Nav", "Delta GNS", "Echo FMS"};
+        QTest::newRow("all") << "All" << "All" << QStringList() << all;
+        QTest::newRow("x-plane 11") << "X-Plane 11" << "All" << QStringList()
+                                    << QStringList{"Alpha GNS", "Bravo FMS", "Echo FMS"};
+        QTest::newRow("x-plane 10") << "X-Plane 10" << "All" << QStringList()
+                                    << QStringList{"Charlie Nav", "Delta GNS"};
+        QTest::newRow("dataset over all categories")
+            << "All" << "gns430" << QStringList() << QStringList{"Alpha GNS", "Delta GNS"};
+        QTest::newRow("category and dataset") << "X-Plane 11" << "xp11nav" << QStringList()
+                                              << QStringList{"Bravo FMS", "Echo FMS"};
+        QTest::newRow("dataset of the other category") << "X-Plane 10" << "xp11nav" << QStringList()
+                                                       << QStringList();
+        QTest::newRow("selected from catalogue") << "Selected" << "All" << QStringList()
+                                                 << QStringList{"Bravo FMS"};
+        QTest::newRow("selected after ticking")
+            << "Selected" << "All" << QStringList{"Charlie Nav", "Echo FMS"}
+            << QStringList{"Bravo FMS", "Charlie Nav", "Echo FMS"};
+        QTest::newRow("unticking removes from selected")
+            << "Selected" << "All" << QStringList{"Bravo FMS"} << QStringList();
+        QTest::newRow("selected and dataset") << "Selected" << "xp10nav" << QStringList{"Charlie Nav", "Alpha GNS"}
+                                              << QStringList{"Charlie Nav"};
+    }
+
+    void filterShowsExactCards()
+    {
+        QFETCH(QString, category);
+        QFETCH(QString, dataset);
+        QFETCH(QStringList, ticked);
+        QFETCH(QStringList, expected);
+
+        for (const QString& name : ticked) {
+            QVERIFY(card(name));
+            QTest::mouseClick(card(name)->findChild<QCheckBox*>(), Qt::LeftButton);
+        }
+        clickCategory(category);
+        chooseDataset(dataset);
+        QCOMPARE(m_window->GetProdList()->GetDatasetFilter(), dataset);
+        QCOMPARE(visibleNames(), expected);
+    }
+
+    void tickRecordsSelectionOnSave_data()
+    {
+        QTest::addColumn<QString>("product");
+        QTest::addColumn<int>("clicks");
+        QTest::addColumn<bool>("selected");
+
+        QTest::newRow("tick") << "Alpha GNS" << 1 << true;
+        QTest::newRow("tick and untick") << "Alpha GNS" << 2 << false;
+        QTest::newRow("untick catalogue choice") << "Bravo FMS" << 1 << false;
+    }
+
+    void tickRecordsSelectionOnSave()
+    {
+        QFETCH(QString, product);
+        QFETCH(int, clicks);
+        QFETCH(bool, selected);
+
+        QCheckBox* box = card(product)->findChild<QCheckBox*>();
+        for (int i = 0; i < clicks; ++i)
+            QTest::mouseClick(box, Qt::LeftButton);
+        QCOMPARE(card(product)->GetProduct()->GetUpdate(), selected);
+
+        m_window.reset(); // saves the settings
+        const QString settings = QString::fromUtf8(m_app->readFile(QStringLiteral("bin/prop_ini.xml")));
+        const QString record = QStringLiteral("<name>%1</name>").arg(product);
+        const int at = settings.indexOf(record);
+        QVERIFY2(at >= 0, qPrintable(settings));
+        const int update = settings.indexOf(QStringLiteral("<update>"), at);
+        QCOMPARE(settings.mid(update, 20).startsWith(selected ? QStringLiteral("<update>true</update>")
+                                                              : QStringLiteral("<update>false</update>")),
+                 true);
+    }
+
+    void productSelectionFollowsModel()
+    {
+        // A selection made elsewhere (settings, install group) ticks the card.
+        CProduct* product = card(QStringLiteral("Delta GNS"))->GetProduct();
+        product->SetUpdate(true);
+        QVERIFY(card(QStringLiteral("Delta GNS"))->findChild<QCheckBox*>()->isChecked());
+        product->SetUpdate(false);
+        QVERIFY(!card(QStringLiteral("Delta GNS"))->findChild<QCheckBox*>()->isChecked());
+    }
+
+    void stateChangeShowsIcon_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<int>("icon");
+        for (int s = 1; s <= 8; ++s)
+            QTest::newRow(qPrintable(QStringLiteral("state %1").arg(s))) << s << s;
+        QTest::newRow("below range") << 0 << 0;
+        QTest::newRow("above range") << 9 << 0;
+    }
+
+    void stateChangeShowsIcon()
+    {
+        QFETCH(int, state);
+        QFETCH(int, icon);
+        VlProdLabel* c = card(QStringLiteral("Charlie Nav"));
+        VlProdLabel* other = card(QStringLiteral("Alpha GNS"));
+        const int otherIcon = other->GetShownStateIcon();
+        c->GetProduct()->SetInstallState(static_cast<EQMKProductInstallState>(state));
+        QCOMPARE(c->GetShownStateIcon(), icon);
+        QCOMPARE(other->GetShownStateIcon(), otherIcon);
+        QVERIFY(c->GetCycleText().startsWith(QStringLiteral("- installed (")));
+    }
+
+    void cycleText_data()
+    {
+        QTest::addColumn<QByteArray>("installed"); // cycle_info.txt content, empty for none
+        QTest::addColumn<QByteArray>("backup");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("nothing") << QByteArray() << QByteArray()
+                                 << "- installed ( not found ), backup ( not found ) -";
+        QTest::newRow("installed only") << QByteArray("AIRAC cycle    : 1802\r\nRevision       : 1\r\n") << QByteArray()
+                                        << "- installed ( V. 1802 R. 1 ), backup ( not found ) -";
+        QTest::newRow("both") << QByteArray("AIRAC cycle    : 1803\r\nRevision       : 2\r\n")
+                              << QByteArray("AIRAC cycle    : 1801\r\nRevision       : 1\r\n")
+                              << "- installed ( V. 1803 R. 2 ), backup ( V. 1801 R. 1 ) -";
+        QTest::newRow("unknown backup") << QByteArray("AIRAC cycle    : 1803\r\nRevision       : 2\r\n")
+                                        << QByteArray("AIRAC cycle    : unknown\r\nRevision       : \r\n")
+                                        << "- installed ( V. 1803 R. 2 ), backup ( unknown ) -";
+    }
+
+    void cycleText()
+    {
+        QFETCH(QByteArray, installed);
+        QFETCH(QByteArray, backup);
+        QFETCH(QString, expected);
+
+        // Charlie Nav: $SimPath\Custom Data of X-Plane 10, dataset xp10nav.
+        const QString folder = sim10() + QStringLiteral("/Custom Data");
+        QDir().mkpath(folder + QStringLiteral("/QMK_xp10nav_back"));
+        if (!installed.isEmpty())
+            QVERIFY(m_app->writeFile(QStringLiteral("sims/xp10/Custom Data/cycle_info.txt"), installed));
+        if (!backup.isEmpty())
+            QVERIFY(m_app->writeFile(QStringLiteral("sims/xp10/Custom Data/QMK_xp10nav_back/cycle_info.txt"), backup));
+        VlProdLabel* c = card(QStringLiteral("Charlie Nav"));
+        c->GetProduct()->SetInstallState(QMK_STATE_INSTALL_OK);
+        QCOMPARE(c->GetCycleText(), expected);
+    }
+
+    void simFolderChangeUpdatesCategoryCards_data()
+    {
+        QTest::addColumn<QString>("answer"); // relative to the program folder; empty = cancelled
+        QTest::addColumn<bool>("simulator"); // the answer holds X-Plane.app
+        QTest::addColumn<bool>("changes");
+
+        QTest::newRow("new simulator folder") << "sims/xp11b" << true << true;
+        QTest::newRow("cancelled") << "" << false << false;
+        QTest::newRow("folder without simulator") << "sims/empty" << false << true;
+    }
+
+    void simFolderChangeUpdatesCategoryCards()
+    {
+        QFETCH(QString, answer);
+        QFETCH(bool, simulator);
+        QFETCH(bool, changes);
+
+        const QString folder = answer.isEmpty() ? QString() : m_app->filePath(answer);
+        if (simulator)
+            QVERIFY(SampleCatalogue::MakeSimFolder(folder));
+        else if (!folder.isEmpty())
+            QVERIFY(QDir().mkpath(folder));
+        int asked = 0;
+        VlDirChooser::SetHandler([&](const QString&, const QString& start) {
+            ++asked;
+            // The chooser opens on the current simulator folder.
+            return start == sim11() ? folder : QStringLiteral("wrong start ") + start;
+        });
+
+        clickCategory(QStringLiteral("X-Plane 11"));
+        const QStringList x11{"Alpha GNS", "Bravo FMS", "Echo FMS"};
+        const QString before10 = card(QStringLiteral("Charlie Nav"))->GetPathText();
+        QCOMPARE(card(QStringLiteral("Alpha GNS"))->GetPathText(), sim11() + QStringLiteral("/Custom Data/GNS430"));
+
+        QPushButton* change = nullptr;
+        for (QPushButton* b : m_window->GetCatProps()->findChildren<QPushButton*>())
+            if (b->isVisible())
+                change = b;
+        QVERIFY(change);
+        QTest::mouseClick(change, Qt::LeftButton);
+        QCOMPARE(asked, 1);
+
+        CCategory* category = m_window->GetDataModel()->GetCategoryByName(QStringLiteral("X-Plane 11"));
+        QCOMPARE(category->GetPath(), changes ? folder : sim11());
+        QLineEdit* catEdit = m_window->GetCatProps()->findChild<QLineEdit*>();
+        QCOMPARE(catEdit->palette().color(QPalette::Disabled, QPalette::Text),
+                 (changes && !simulator) ? QColor(255, 0, 0) : QColor(0, 100, 0));
+
+        for (const QString& name : x11) {
+            const QString shown = card(name)->GetPathText();
+            if (!changes)
+                QVERIFY2(shown.startsWith(sim11() + QLatin1Char('/')), qPrintable(shown));
+            else if (simulator)
+                QVERIFY2(shown.startsWith(folder + QLatin1Char('/')), qPrintable(shown));
+            else
+                QVERIFY2(shown.startsWith(QStringLiteral("<")), qPrintable(shown));
+            // The template is kept whatever the card shows.
+            QVERIFY(card(name)->GetProduct()->GetProductPath().startsWith(QStringLiteral("$SimPath/")));
+        }
+        QCOMPARE(card(QStringLiteral("Charlie Nav"))->GetPathText(), before10);
+    }
+
+    void cardFolderChooser_data()
+    {
+        QTest::addColumn<QString>("answer"); // relative to the program folder; empty = cancelled
+        QTest::addColumn<bool>("green");
+
+        QTest::newRow("existing folder") << "addons/echo" << true;
+        QTest::newRow("cancelled") << "" << false;
+    }
+
+    void cardFolderChooser()
+    {
+        QFETCH(QString, answer);
+        QFETCH(bool, green);
+
+        VlProdLabel* c = card(QStringLiteral("Echo FMS")); // its folder does not exist yet
+        QLineEdit* edit = c->findChild<QLineEdit*>();
+        const QString before = c->GetProduct()->GetProductPath();
+        QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text), QColor(255, 0, 0));
+
+        const QString folder = answer.isEmpty() ? QString() : m_app->filePath(answer);
+        if (!folder.isEmpty())
+            QVERIFY(QDir().mkpath(folder));
+        VlDirChooser::SetHandler([&](const QString&, const QString&) { return folder; });
+        QPushButton* change = nullptr;
+        for (QPushButton* b : c->findChildren<QPushButton*>())
+            if (b->text() == QLatin1String("Change"))
+                change = b;
+        QVERIFY(change);
+        QTest::mouseClick(change, Qt::LeftButton);
+
+        QCOMPARE(c->GetProduct()->GetProductPath(), folder.isEmpty() ? before : folder);
+        QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text),
+                 green ? QColor(0, 100, 0) : QColor(255, 0, 0));
+    }
+
+    void commandsPaneToggles()
+    {
+        VlProdLabel* c = card(QStringLiteral("Alpha GNS"));
+        QList<QPushButton*> toggles;
+        for (QPushButton* b : c->findChildren<QPushButton*>())
+            if (b->text() == QLatin1String("Commands"))
+                toggles << b;
+        QCOMPARE(toggles.size(), 2);
+        QPushButton* shown = toggles.at(0)->isVisible() ? toggles.at(0) : toggles.at(1);
+        QPushButton* hidden = shown == toggles.at(0) ? toggles.at(1) : toggles.at(0);
+        QVERIFY(!hidden->isVisible());
+        QTest::mouseClick(shown, Qt::LeftButton);
+        QVERIFY(!shown->isVisible());
+        QVERIFY(hidden->isVisible());
+        QTest::mouseClick(hidden, Qt::LeftButton);
+        QVERIFY(shown->isVisible());
+        QVERIFY(!hidden->isVisible());
+    }
+};
+
+QTEST_MAIN(TestProductPanel)
+#include "TestProductPanel.moc"

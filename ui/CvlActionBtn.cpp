@@ -1,0 +1,92 @@
+#include "ui/CvlActionBtn.h"
+
+#include "ui/VlActionLabel.h"
+
+#include <QBitmap>
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPixmap>
+
+namespace {
+QLabel* imageLabel(const QString& path, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    const QPixmap pixmap(path);
+    label->setPixmap(pixmap);
+    if (!pixmap.isNull())
+        label->setMask(pixmap.mask());
+    return label;
+}
+} // namespace
+
+CvlActionBtn::CvlActionBtn(QWidget* parent, CDataModel* dataModel) : QWidget(parent), m_pDataModel(dataModel) {}
+
+void CvlActionBtn::Init(const QString& normalImage, const QString& hoverImage, const QString& caption)
+{
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(0);
+
+    m_pNormal = imageLabel(normalImage, this);
+    m_pNormal->setMouseTracking(true);
+    m_pHover = imageLabel(hoverImage, this);
+    m_pHover->hide();
+    grid->addWidget(m_pNormal, 0, 0, Qt::AlignCenter);
+    grid->addWidget(m_pHover, 0, 0, Qt::AlignCenter);
+
+    m_pCaption = new VlActionLabel(caption, this);
+    m_pCaption->setContentsMargins(2, 0, 2, 0);
+    m_pCaption->setAlignment(Qt::AlignCenter);
+    grid->addWidget(m_pCaption, 1, 0, Qt::AlignCenter);
+
+    setMouseTracking(true);
+    connect(this, &CvlActionBtn::clicked, this, &CvlActionBtn::clickedSlot);
+}
+
+QString CvlActionBtn::GetCaption() const
+{
+    return m_pCaption ? m_pCaption->text() : QString();
+}
+
+void CvlActionBtn::SetCaption(const QString& caption)
+{
+    if (m_pCaption)
+        m_pCaption->setText(caption);
+}
+
+void CvlActionBtn::ShowHover(bool hover)
+{
+    if (!m_pNormal)
+        return;
+    m_pHover->setVisible(hover);
+    m_pNormal->setVisible(!hover);
+}
+
+void CvlActionBtn::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void CvlActionBtn::mouseMoveEvent(QMouseEvent* event)
+{
+    ShowHover(true);
+    setCursor(Qt::PointingHandCursor);
+    event->accept();
+}
+
+void CvlActionBtn::leaveEvent(QEvent* event)
+{
+    ShowHover(false);
+    QWidget::leaveEvent(event);
+}
+
+void CvlActionBtn::mousePressEvent(QMouseEvent* event)
+{
+    emit clicked();
+    ShowHover(false);
+    event->accept();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/VlAtom.h"
+
+#include <QString>
+#include <QWidget>
+
+class CDataModel;
+class QLabel;
+class VlActionLabel;
+
+// Image-with-caption button of the header; the subclasses say what it does.
+class CvlActionBtn : public QWidget, public VlAtom
+{
+    Q_OBJECT
+
+public:
+    CvlActionBtn(QWidget* parent, CDataModel* dataModel);
+
+    void Init(const QString& normalImage, const QString& hoverImage, const QString& caption);
+    QString GetCaption() const;
+
+signals:
+    void clicked();
+
+public slots:
+    virtual void clickedSlot() {}
+    void retranslate() override {}
+
+protected:
+    void SetCaption(const QString& caption);
+    void ShowHover(bool hover);
+
+    void changeEvent(QEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+    CDataModel* m_pDataModel = nullptr;
+
+private:
+    QLabel* m_pNormal = nullptr;
+    QLabel* m_pHover = nullptr;
+    VlActionLabel* m_pCaption = nullptr;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QPushButton>
+
+// Text button of the cards and of the category panel.
+class VlAppPushButton : public QPushButton
+{
+    Q_OBJECT
+
+public:
+    explicit VlAppPushButton(QWidget* parent = nullptr);
+};

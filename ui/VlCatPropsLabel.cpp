@@ -1,0 +1,159 @@
+#include "ui/VlCatPropsLabel.h"
+
+#include "model/CCategory.h"
+#include "ui/VlAppPushButton.h"
+#include "ui/VlCatLabel.h"
+#include "ui/VlCategoryTitleLabel.h"
+#include "ui/VlColors.h"
+#include "ui/VlDefaultEdit.h"
+#include "ui/VlDefaultLabel.h"
+#include "ui/VlDirChooser.h"
+
+#include <QEvent>
+#include <QGridLayout>
+
+namespace {
+QLabel* line(const char* style, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setStyleSheet(QString::fromLatin1(style));
+    label->setFixedHeight(1);
+    label->setMinimumWidth(3000); // always spans the panel
+    return label;
+}
+} // namespace
+
+VlCatPropsLabel::VlCatPropsLabel(QWidget* parent, CCategory* category) : QLabel(parent)
+{
+    UpdateCategory(category);
+}
+
+void VlCatPropsLabel::Init()
+{
+    InitCtrls();
+    connect(m_pChangeButton, &QPushButton::clicked, this, &VlCatPropsLabel::ClickedChangeButtonSlot);
+    connect(m_pPathEdit, &QLineEdit::textChanged, this, &VlCatPropsLabel::PathTextChangeSlot);
+    m_bCtrlsBuilt = true;
+    UpdateCategory(m_pCategory);
+    retranslate();
+}
+
+void VlCatPropsLabel::InitCtrls()
+{
+    setStyleSheet(QStringLiteral("background-color: rgb(240, 240, 250)"));
+    setMinimumHeight(110);
+
+    auto* outer = new QGridLayout(this);
+    outer->setSpacing(0);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(line("background-color: rgb(28, 28, 34)", this), 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    outer->addWidget(line("background-color: rgb(128, 128, 134)", this), 1, 0, Qt::AlignLeft | Qt::AlignTop);
+
+    auto* band = new QLabel(this);
+    band->setStyleSheet(QStringLiteral("background-color: rgb(195, 195, 205)"));
+    band->setMinimumHeight(26);
+    auto* bandGrid = new QGridLayout(band);
+    bandGrid->setSpacing(0);
+    bandGrid->setContentsMargins(14, 2, 14, 2);
+    bandGrid->setColumnStretch(2, 1);
+    m_pCaption = new VlCategoryTitleLabel(band);
+    m_pHeaderName = new VlCategoryTitleLabel(band);
+    m_pHeaderName->setContentsMargins(12, 0, 0, 0);
+    bandGrid->addWidget(m_pCaption, 0, 0, Qt::AlignLeft | Qt::AlignVCenter);
+    bandGrid->addWidget(m_pHeaderName, 0, 1, Qt::AlignLeft | Qt::AlignVCenter);
+    outer->addWidget(band, 2, 0);
+
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(6);
+    grid->setContentsMargins(16, 8, 16, 10);
+    grid->setColumnMinimumWidth(0, 64);
+    grid->setColumnStretch(1, 1);
+    m_pNameCaption = new VlDefaultLabel(this);
+    m_pName = new VlDefaultLabel(this);
+    m_pPathCaption = new VlDefaultLabel(this);
+    m_pPathEdit = new VlDefaultEdit(this);
+    m_pPathEdit->setEnabled(false); // changed only through the chooser
+    m_pChangeButton = new VlAppPushButton(this);
+    grid->addWidget(m_pNameCaption, 0, 0);
+    grid->addWidget(m_pName, 0, 1, 1, 2);
+    grid->addWidget(m_pPathCaption, 1, 0);
+    grid->addWidget(m_pPathEdit, 1, 1);
+    grid->addWidget(m_pChangeButton, 1, 2);
+    outer->addLayout(grid, 3, 0);
+    outer->setRowStretch(4, 1);
+}
+
+void VlCatPropsLabel::ChangeSelectedCategorySlot(CCategory* category)
+{
+    UpdateCategory(category);
+    retranslate();
+}
+
+void VlCatPropsLabel::UpdateCategory(CCategory* category)
+{
+    m_pCategory = category;
+    m_strName = category ? category->GetName() : QString();
+    if (!m_bCtrlsBuilt)
+        return;
+    const bool standard = CheckStdCategory();
+    m_pPathCaption->setVisible(standard);
+    m_pPathEdit->setVisible(standard);
+    m_pChangeButton->setVisible(standard);
+    m_pPathEdit->setText(category ? category->GetPath() : QString());
+    CheckCategoryDir();
+}
+
+bool VlCatPropsLabel::CheckStdCategory() const
+{
+    // Without a category there is no folder to show either.
+    return m_pCategory && m_strName != QLatin1String("All") && m_strName != QLatin1String("Selected");
+}
+
+bool VlCatPropsLabel::CheckCategoryDir()
+{
+    const bool ok = m_pCategory && m_pCategory->CheckPath();
+    if (m_pPathEdit)
+        VlColors::SetTextColor(m_pPathEdit, ok ? VlColors::PathOk() : VlColors::PathBad());
+    return ok;
+}
+
+void VlCatPropsLabel::PathTextChangeSlot(const QString& text)
+{
+    if (m_pCategory)
+        m_pCategory->SetPath(text);
+    CheckCategoryDir();
+}
+
+void VlCatPropsLabel::ClickedChangeButtonSlot()
+{
+    if (!m_pCategory)
+        return;
+    QString start = m_pCategory->GetPath();
+    if (start.isEmpty())
+        start = QStringLiteral("/home");
+    const QString dir = VlDirChooser::GetExistingDirectory(this, tr("Open Directory"), start);
+    if (dir.isEmpty())
+        return;
+    m_pPathEdit->setText(dir);
+    emit UpdatePath();
+}
+
+void VlCatPropsLabel::retranslate()
+{
+    if (!m_bCtrlsBuilt)
+        return;
+    m_pCaption->setText(tr("Category-Properties"));
+    m_pHeaderName->setText(VlCatLabel::TranslatedName(m_strName));
+    m_pNameCaption->setText(tr("Name:"));
+    m_pName->setText(VlCatLabel::TranslatedName(m_strName));
+    m_pPathCaption->setText(tr("Path:"));
+    m_pChangeButton->setText(tr("Change"));
+}
+
+void VlCatPropsLabel::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QLabel::changeEvent(event);
+}

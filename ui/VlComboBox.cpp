@@ -1,0 +1,19 @@
+#include "ui/VlComboBox.h"
+
+#include <QApplication>
+#include <QFont>
+
+VlComboBox::VlComboBox(QWidget* parent) : QComboBox(parent)
+{
+    QFont f(QApplication::font().family());
+    f.setPointSize(QApplication::font().pointSize());
+    setFont(f);
+    setMinimumHeight(22);
+    setMinimumWidth(110);
+    setCursor(Qt::PointingHandCursor);
+    setStyleSheet(QStringLiteral(
+        "QComboBox { background-color: rgb(250, 250, 255); color: rgb(30, 30, 45); "
+        "border: 1px solid rgb(120, 120, 135); border-radius: 3px; padding: 1px 6px; }"
+        "QComboBox QAbstractItemView { background-color: rgb(250, 250, 255); color: rgb(30, 30, 45); "
+        "selection-background-color: rgb(150, 175, 205); }"));
+}

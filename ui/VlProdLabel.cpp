@@ -1,0 +1,425 @@
+#include "ui/VlProdLabel.h"
+
+#include "model/CDataModel.h"
+#include "model/CProduct.h"
+#include "ui/SystemButton.h"
+#include "ui/VlAppPushButton.h"
+#include "ui/VlCatLabel.h"
+#include "ui/VlColors.h"
+#include "ui/VlDatasetTitleLabel.h"
+#include "ui/VlDefaultEdit.h"
+#include "ui/VlDefaultLabel.h"
+#include "ui/VlDirChooser.h"
+#include "ui/VlProductTitleLabel.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QEvent>
+#include <QGridLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPixmap>
+#include <QPushButton>
+
+namespace {
+// Indexed by install state - 1.
+const char* const st_stateIcons[8] = {
+    ":/images/prod_install_run.png",     ":/images/prod_reset_run.png",   ":/images/prod_remove_backup_run.png",
+    ":/images/prod_not_install.png",     ":/images/prod_install_ok.png",  ":/images/prod_install_error.png",
+    ":/images/prod_install_warning.png", ":/images/prod_update.png",
+};
+
+QLabel* frameLabel(const char* style, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setStyleSheet(QString::fromLatin1(style));
+    return label;
+}
+
+QGridLayout* grid0(const QMargins& margins)
+{
+    auto* grid = new QGridLayout;
+    grid->setSpacing(0);
+    grid->setContentsMargins(margins);
+    return grid;
+}
+
+const Qt::Alignment st_leftCentre = Qt::AlignLeft | Qt::AlignVCenter;
+} // namespace
+
+VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product)
+    : QWidget(parent), m_pDataModel(dataModel), m_pProduct(product)
+{
+    InitWidgets();
+    InitSlots();
+}
+
+void VlProdLabel::Init()
+{
+    InitWidgets();
+    InitSlots();
+}
+
+void VlProdLabel::setVisible(bool visible)
+{
+    QWidget::setVisible(visible);
+    m_bVisible = visible;
+}
+
+void VlProdLabel::InitWidgets()
+{
+    if (m_bWidgetsBuilt)
+        return;
+    setStyleSheet(QStringLiteral("background-color: rgb(40, 40, 50)"));
+    setAttribute(Qt::WA_StyledBackground);
+    setMinimumHeight(120);
+    if (!m_pProduct)
+        return;
+
+    // Upper frame: state, name, category, dataset, cycle and the command toggles.
+    m_pUpperFrame = frameLabel("background-color: rgb(230, 230, 240)", this);
+    m_pUpperFrame->setMinimumHeight(75);
+    QGridLayout* upper = grid0(QMargins(8, 5, 10, 1));
+    m_pUpperFrame->setLayout(upper);
+    upper->setColumnStretch(0, 0);
+    upper->setColumnStretch(1, 0);
+    upper->setColumnStretch(2, 1);
+    upper->setColumnStretch(3, 0);
+    upper->setColumnMinimumWidth(0, 70);
+    upper->setColumnMinimumWidth(3, 95);
+    upper->setRowMinimumHeight(0, 25);
+    upper->setRowStretch(1, 1);
+
+    for (int i = 0; i < 8; ++i) {
+        m_pStateIcons[i] = new QLabel(m_pUpperFrame);
+        m_pStateIcons[i]->setPixmap(QPixmap(QString::fromLatin1(st_stateIcons[i])));
+        m_pStateIcons[i]->hide();
+        upper->addWidget(m_pStateIcons[i], 0, 0, st_leftCentre);
+    }
+    m_pTitle = new VlProductTitleLabel(m_pProduct->GetName(), m_pUpperFrame);
+    upper->addWidget(m_pTitle, 0, 1, st_leftCentre);
+    m_pCategory = new VlDefaultLabel(m_pUpperFrame);
+    m_pCategory->setContentsMargins(15, 0, 0, 0);
+    upper->addWidget(m_pCategory, 0, 2, st_leftCentre);
+
+    QGridLayout* toggles = grid0(QMargins());
+    toggles->setColumnStretch(0, 1);
+    toggles->setColumnStretch(2, 0);
+    toggles->setColumnMinimumWidth(2, 90);
+    toggles->setRowMinimumHeight(0, 32);
+    m_pShowCommands = new QPushButton(QIcon(QStringLiteral(":/images/links.png")), QString(), m_pUpperFrame);
+    m_pShowCommands->setMinimumWidth(90);
+    m_pHideCommands = new QPushButton(QIcon(QStringLiteral(":/images/rechts.png")), QString(), m_pUpperFrame);
+    m_pHideCommands->setMinimumWidth(90);
+    m_pHideCommands->hide();
+    toggles->addWidget(m_pShowCommands, 0, 2, Qt::AlignCenter);
+    toggles->addWidget(m_pHideCommands, 0, 2, Qt::AlignCenter);
+    upper->addLayout(toggles, 0, 3, st_leftCentre);
+
+    m_pDatasetCaption = new VlDefaultLabel(m_pUpperFrame);
+    m_pDatasetCaption->setContentsMargins(0, 0, 13, 0);
+    upper->addWidget(m_pDatasetCaption, 1, 0, Qt::AlignRight | Qt::AlignVCenter);
+    m_pDataset = new VlDatasetTitleLabel(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"),
+                                         m_pUpperFrame);
+    upper->addWidget(m_pDataset, 1, 1, st_leftCentre);
+
+    QGridLayout* selectGrid = grid0(QMargins());
+    selectGrid->setColumnStretch(0, 1);
+    selectGrid->setColumnStretch(1, 0);
+    selectGrid->setColumnMinimumWidth(1, 90);
+    m_pSelect = new QCheckBox(m_pUpperFrame);
+    m_pSelect->setChecked(m_pProduct->GetUpdate());
+    selectGrid->addWidget(m_pSelect, 0, 1, Qt::AlignLeft | Qt::AlignBottom);
+    upper->addLayout(selectGrid, 1, 3, st_leftCentre);
+
+    m_pCycleCaption = new VlDefaultLabel(m_pUpperFrame);
+    m_pCycleCaption->setContentsMargins(0, 0, 13, 0);
+    upper->addWidget(m_pCycleCaption, 2, 0, st_leftCentre);
+    m_pCycle = new VlDatasetTitleLabel(m_pUpperFrame);
+    upper->addWidget(m_pCycle, 2, 1, st_leftCentre);
+
+    // The fold-out commands, right of the cycle and dataset rows.
+    m_pCommands = new QLabel(m_pUpperFrame);
+    m_pCommands->setMinimumSize(108, 30);
+    m_pCommands->hide();
+    QGridLayout* commands = grid0(QMargins(0, 4, 0, 0));
+    m_pCommands->setLayout(commands);
+    commands->setRowMinimumHeight(0, 30);
+    commands->setColumnMinimumWidth(1, 6);
+    commands->setColumnMinimumWidth(3, 6);
+    m_pUpdateButton = new SystemButton(QStringLiteral(":/images/update_gr.png"),
+                                       QStringLiteral(":/images/update_bl.png"), m_pCommands);
+    m_pResetButton = new SystemButton(QStringLiteral(":/images/reset_gr.png"),
+                                      QStringLiteral(":/images/reset_bl.png"), m_pCommands);
+    m_pRemoveBackupButton = new SystemButton(QStringLiteral(":/images/remove_backup_gr.png"),
+                                             QStringLiteral(":/images/remove_backup_bl.png"), m_pCommands);
+    m_pUpdateButton->setCursor(Qt::PointingHandCursor);
+    m_pResetButton->setCursor(Qt::PointingHandCursor);
+    m_pRemoveBackupButton->setCursor(Qt::PointingHandCursor);
+    commands->addWidget(m_pUpdateButton, 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    commands->addWidget(m_pResetButton, 0, 2, Qt::AlignLeft | Qt::AlignTop);
+    commands->addWidget(m_pRemoveBackupButton, 0, 4, Qt::AlignLeft | Qt::AlignTop);
+    upper->addWidget(m_pCommands, 1, 2, 2, 1, Qt::AlignRight | Qt::AlignVCenter);
+
+    // Lower frame: the product folder.
+    m_pLowerFrame = frameLabel("background-color: rgb(235, 235, 245)", this);
+    m_pLowerFrame->setMinimumHeight(40);
+    QGridLayout* lower = grid0(QMargins(9, 0, 10, 0));
+    m_pLowerFrame->setLayout(lower);
+    lower->setColumnStretch(0, 0);
+    lower->setColumnMinimumWidth(0, 64);
+    lower->setColumnStretch(1, 1);
+    lower->setColumnStretch(2, 0);
+    m_pPathCaption = new VlDefaultLabel(m_pLowerFrame);
+    lower->addWidget(m_pPathCaption, 0, 0, st_leftCentre);
+    m_pPathEdit = new VlDefaultEdit(m_pLowerFrame);
+    m_pPathEdit->setEnabled(false); // changed only through the chooser
+    lower->addWidget(m_pPathEdit, 0, 1, st_leftCentre);
+    m_pChangeButton = new VlAppPushButton(m_pLowerFrame);
+    lower->addWidget(m_pChangeButton, 0, 2, Qt::AlignRight | Qt::AlignVCenter);
+
+    InitProdProductPaths(m_pProduct->GetProductPath());
+    const QString realPath = m_pProduct->InitRealPath(m_pProduct->GetProductPath());
+    ShowPathText(realPath);
+    SetPathColor(CheckExistDir(realPath));
+
+    // Frames on a grey outline that fills the dark card.
+    m_pOuterFrame = frameLabel("background-color: rgb(110,110,117)", this);
+    QGridLayout* frames = grid0(QMargins(1, 1, 1, 1));
+    m_pOuterFrame->setLayout(frames);
+    frames->addWidget(m_pUpperFrame, 0, 0);
+    frames->addWidget(m_pLowerFrame, 1, 0);
+    QGridLayout* card = grid0(QMargins(2, 2, 2, 2));
+    setLayout(card);
+    card->addWidget(m_pOuterFrame, 0, 0);
+
+    retranslate();
+    m_bWidgetsBuilt = true;
+    ChangeInstallStateSlot(m_pProduct->GetInstallState());
+}
+
+void VlProdLabel::InitSlots()
+{
+    if (!m_pProduct || !m_pPathEdit)
+        return;
+    const auto unique = Qt::UniqueConnection;
+    connect(m_pChangeButton, &QPushButton::clicked, this, &VlProdLabel::ClickedChangeButtonSlot, unique);
+    connect(m_pPathEdit, &QLineEdit::textChanged, this, &VlProdLabel::PathTextChangeSlot, unique);
+    connect(m_pSelect, &QCheckBox::clicked, this, &VlProdLabel::ClickedCbUpdateSlot, unique);
+    connect(m_pProduct, &CProduct::SignalChangeInstallState, this, &VlProdLabel::ChangeInstallStateSlot, unique);
+    connect(m_pProduct, &CProduct::SignalUpdateChange, this, &VlProdLabel::ProductSetUpdateSlot, unique);
+    connect(m_pShowCommands, &QPushButton::clicked, this, &VlProdLabel::ClickedShowCommandsButtonSlot, unique);
+    connect(m_pHideCommands, &QPushButton::clicked, this, &VlProdLabel::ClickedHideCommandsButtonSlot, unique);
+    connect(m_pUpdateButton, &SystemButton::clicked, this, &VlProdLabel::ClickedUpdateSlot, unique);
+    connect(m_pResetButton, &SystemButton::clicked, this, &VlProdLabel::ClickedResetSlot, unique);
+    connect(m_pRemoveBackupButton, &SystemButton::clicked, this, &VlProdLabel::ClickedRemoveBackupSlot, unique);
+}
+
+void VlProdLabel::ChangeInstallStateSlot(EQMKProductInstallState state)
+{
+    if (!m_bWidgetsBuilt)
+        return;
+    for (QLabel* icon : m_pStateIcons)
+        icon->hide();
+    const int index = static_cast<int>(state) - 1;
+    if (index >= 0 && index < 8)
+        m_pStateIcons[index]->show();
+    UpdateVersionLabel();
+}
+
+int VlProdLabel::GetShownStateIcon() const
+{
+    for (int i = 0; i < 8; ++i)
+        if (m_pStateIcons[i] && !m_pStateIcons[i]->isHidden())
+            return i + 1;
+    return 0;
+}
+
+void VlProdLabel::ProductSetUpdateSlot()
+{
+    if (m_pProduct && m_pSelect)
+        m_pSelect->setChecked(m_pProduct->GetUpdate());
+}
+
+void VlProdLabel::ClickedCbUpdateSlot()
+{
+    if (m_pProduct)
+        m_pProduct->SetUpdate(m_pSelect->isChecked());
+}
+
+void VlProdLabel::ClickedShowCommandsButtonSlot()
+{
+    m_pShowCommands->hide();
+    m_pHideCommands->show();
+    m_pCommands->show();
+}
+
+void VlProdLabel::ClickedHideCommandsButtonSlot()
+{
+    m_pShowCommands->show();
+    m_pHideCommands->hide();
+    m_pCommands->hide();
+}
+
+void VlProdLabel::ClickedUpdateSlot()
+{
+    // Opens the update dialog for this product once the data model offers it.
+}
+
+void VlProdLabel::ClickedResetSlot()
+{
+    // Opens the reset dialog for this product once the data model offers it.
+}
+
+void VlProdLabel::ClickedRemoveBackupSlot()
+{
+    // Opens the backup-removal dialog for this product once the data model offers it.
+}
+
+void VlProdLabel::ClickedChangeButtonSlot()
+{
+    if (!m_pProduct)
+        return;
+    QString start = m_pProduct->GetProductPath();
+    if (start.isEmpty())
+        start = QStringLiteral("/");
+    const QString dir = VlDirChooser::GetExistingDirectory(this, tr("Open Directory"), start);
+    if (!dir.isEmpty())
+        m_pPathEdit->setText(dir);
+}
+
+void VlProdLabel::ShowPathText(const QString& text)
+{
+    // Showing the stored folder is not an edit: reacting would store the displayed, resolved form
+    // over the product's template.
+    m_bShowingPath = true;
+    m_pPathEdit->setText(text);
+    m_bShowingPath = false;
+}
+
+void VlProdLabel::PathTextChangeSlot(const QString& text)
+{
+    if (!m_pProduct || m_bShowingPath)
+        return;
+    QString path = text;
+    if (path.size() >= 2 && path.startsWith(QLatin1Char('<')))
+        path = m_pProduct->GetProductPath();
+    InitProdProductPaths(path);
+    SetPathColor(CheckExistDir(m_pProduct->InitRealPath(m_pProduct->GetProductPath())));
+    m_pProduct->UpdateCheckCycleVersion();
+}
+
+void VlProdLabel::UpdatePath()
+{
+    if (!m_pProduct)
+        return;
+    InitProdProductPaths(m_pProduct->GetProductPath());
+    SetPathColor(CheckExistDir(m_pProduct->InitRealPath(m_pProduct->GetProductPath())));
+    TranslateSimPath();
+}
+
+QString VlProdLabel::GetProdPathLangUndep() const
+{
+    if (!m_pProduct)
+        return m_pPathEdit ? m_pPathEdit->text() : QString();
+    // The edit shows the stored template in its display form, or a folder just stored; either way
+    // the stored template is the language-independent form.
+    return m_pProduct->GetProductPath();
+}
+
+void VlProdLabel::InitProdProductPaths(const QString& text)
+{
+    if (m_pProduct)
+        m_pProduct->InitNewProdPath(text);
+}
+
+bool VlProdLabel::CheckExistDir(const QString& path)
+{
+    if (!m_pProduct)
+        return false;
+    const bool exists = !path.isEmpty() && QDir(path).exists();
+    ChangeInstallStateSlot(m_pProduct->GetInstallState());
+    return exists;
+}
+
+void VlProdLabel::SetPathColor(bool exists)
+{
+    if (m_pPathEdit)
+        VlColors::SetTextColor(m_pPathEdit, exists ? VlColors::PathOk() : VlColors::PathBad());
+}
+
+void VlProdLabel::TranslateSimPath()
+{
+    if (!m_pProduct || !m_pPathEdit)
+        return;
+    ShowPathText(m_pProduct->TranslateNewProdPath());
+    UpdateVersionLabel();
+}
+
+void VlProdLabel::UpdateVersionLabel()
+{
+    if (!m_pProduct || !m_pCycle)
+        return;
+    const QString cycle = m_pProduct->GetCycleVersion();
+    const QString installed = cycle.isEmpty()
+                                  ? tr("not found")
+                                  : QStringLiteral("V. ") + cycle + QStringLiteral(" R. ") + m_pProduct->GetRevision();
+    const QString backCycle = m_pProduct->GetBackCycleVersion();
+    QString backup;
+    if (backCycle.isEmpty())
+        backup = tr("not found");
+    else if (backCycle == QLatin1String("unknown"))
+        backup = tr("unknown");
+    else
+        backup = QStringLiteral("V. ") + backCycle + QStringLiteral(" R. ") + m_pProduct->GetBackRevision();
+    m_pCycle->setText(QStringLiteral("- ") + tr("installed") + QStringLiteral(" ( ") + installed +
+                      QStringLiteral(" ), ") + tr("backup") + QStringLiteral(" ( ") + backup + QStringLiteral(" ) -"));
+}
+
+QString VlProdLabel::GetPathText() const
+{
+    return m_pPathEdit ? m_pPathEdit->text() : QString();
+}
+
+QString VlProdLabel::GetCycleText() const
+{
+    return m_pCycle ? m_pCycle->text() : QString();
+}
+
+void VlProdLabel::retranslate()
+{
+    if (!m_pProduct || !m_pPathCaption)
+        return;
+    m_pPathCaption->setText(tr("Path:"));
+    m_pChangeButton->setText(tr("Change"));
+    m_pSelect->setText(tr("select"));
+    m_pDatasetCaption->setText(tr("Dataset:"));
+    m_pCycleCaption->setText(tr("Cycle:"));
+    m_pCategory->setText(QStringLiteral("(") + VlCatLabel::TranslatedName(m_pProduct->GetCategoryName()) +
+                         QStringLiteral(")"));
+    m_pUpdateButton->setToolTip(tr("Update"));
+    m_pResetButton->setToolTip(tr("Reset"));
+    m_pRemoveBackupButton->setToolTip(tr("remove backup files"));
+    m_pShowCommands->setText(tr("Commands"));
+    m_pHideCommands->setText(tr("Commands"));
+    TranslateSimPath();
+}
+
+void VlProdLabel::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    QWidget::changeEvent(event);
+}
+
+void VlProdLabel::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (!m_pUpperFrame)
+        return;
+    setMinimumWidth(m_iWidth);
+    m_pUpperFrame->setMinimumWidth(qMax(m_iWidth - 6, 0));
+    m_pLowerFrame->setMinimumWidth(qMax(m_iWidth - 6, 0));
+    m_pOuterFrame->setMinimumWidth(qMax(m_iWidth - 4, 0));
+    m_pPathEdit->setMinimumWidth(qMax(m_iWidth - 180, 0));
+}

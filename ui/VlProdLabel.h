@@ -1,0 +1,100 @@
+#pragma once
+
+#include "app/VlAtom.h"
+#include "model/EQMKProductInstallState.h"
+
+#include <QString>
+#include <QWidget>
+
+class CDataModel;
+class CProduct;
+class QCheckBox;
+class QLabel;
+class QPushButton;
+class SystemButton;
+class VlAppPushButton;
+class VlDatasetTitleLabel;
+class VlDefaultEdit;
+class VlDefaultLabel;
+class VlProductTitleLabel;
+
+// One product card: name, category, dataset, cycles, folder, state icon, update tick and the
+// fold-out per-product commands.
+class VlProdLabel : public QWidget, public VlAtom
+{
+    Q_OBJECT
+
+public:
+    VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product);
+
+    void Init();
+    CProduct* GetProduct() const { return m_pProduct; }
+
+    void setVisible(bool visible) override;
+    bool GetVisible() const { return m_bVisible; }
+    void SetAssignedWidth(int width) { m_iWidth = width; }
+    int GetAssignedWidth() const { return m_iWidth; }
+
+    void UpdatePath();
+    void UpdateVersionLabel();
+    void TranslateSimPath();
+    QString GetProdPathLangUndep() const;
+    void InitProdProductPaths(const QString& text);
+    bool CheckExistDir(const QString& path);
+    void SetPathColor(bool exists);
+
+    // What the card shows, for the window's status and for checks.
+    QString GetPathText() const;
+    QString GetCycleText() const;
+    int GetShownStateIcon() const; // install state whose icon is visible, 0 for none
+
+public slots:
+    void ChangeInstallStateSlot(EQMKProductInstallState state);
+    void ProductSetUpdateSlot();
+    void ClickedCbUpdateSlot();
+    void ClickedShowCommandsButtonSlot();
+    void ClickedHideCommandsButtonSlot();
+    void ClickedUpdateSlot();
+    void ClickedResetSlot();
+    void ClickedRemoveBackupSlot();
+    void ClickedChangeButtonSlot();
+    void PathTextChangeSlot(const QString& text);
+    void retranslate() override;
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void InitWidgets();
+    void InitSlots();
+    void ShowPathText(const QString& text);
+
+    CDataModel* m_pDataModel = nullptr;
+    CProduct* m_pProduct = nullptr;
+    int m_iWidth = 200;
+    bool m_bWidgetsBuilt = false;
+    bool m_bVisible = true;
+    bool m_bShowingPath = false;
+
+    QLabel* m_pStateIcons[8] = {};
+    VlProductTitleLabel* m_pTitle = nullptr;
+    VlDefaultLabel* m_pCategory = nullptr;
+    VlDefaultLabel* m_pDatasetCaption = nullptr;
+    VlDatasetTitleLabel* m_pDataset = nullptr;
+    VlDefaultLabel* m_pCycleCaption = nullptr;
+    VlDatasetTitleLabel* m_pCycle = nullptr;
+    VlDefaultLabel* m_pPathCaption = nullptr;
+    VlDefaultEdit* m_pPathEdit = nullptr;
+    VlAppPushButton* m_pChangeButton = nullptr;
+    QCheckBox* m_pSelect = nullptr;
+    QPushButton* m_pShowCommands = nullptr;
+    QPushButton* m_pHideCommands = nullptr;
+    QLabel* m_pCommands = nullptr;
+    SystemButton* m_pUpdateButton = nullptr;
+    SystemButton* m_pResetButton = nullptr;
+    SystemButton* m_pRemoveBackupButton = nullptr;
+    QLabel* m_pUpperFrame = nullptr;
+    QLabel* m_pLowerFrame = nullptr;
+    QLabel* m_pOuterFrame = nullptr;
+};

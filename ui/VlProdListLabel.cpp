@@ -1,0 +1,128 @@
+#include "ui/VlProdListLabel.h"
+
+#include "model/CCategory.h"
+#include "model/CDataModel.h"
+#include "model/CProduct.h"
+#include "ui/VlProdLabel.h"
+
+#include <QGridLayout>
+#include <QScrollArea>
+#include <QScrollBar>
+
+VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabel(parent), m_pDataModel(dataModel)
+{
+    Init();
+    m_strCategory = QStringLiteral("All");
+    m_strDataset = QStringLiteral("All");
+    UpdateMainWnd();
+}
+
+void VlProdListLabel::Init()
+{
+    setStyleSheet(QStringLiteral("background-color: rgb(195, 195, 205)"));
+    auto* grid = new QGridLayout;
+    grid->setSpacing(0);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setColumnStretch(0, 1);
+
+    m_pContent = new QLabel;
+    m_pContent->setStyleSheet(QStringLiteral("background-color: rgb(240, 240, 250)"));
+    const int count = m_pDataModel ? m_pDataModel->GetProductListSize() : 0;
+    for (int i = 0; i < count; ++i) {
+        CProduct* product = m_pDataModel->GetProductByIndex(i);
+        if (!product || product->GetName().isEmpty())
+            continue;
+        auto* card = new VlProdLabel(m_pContent, m_pDataModel, product);
+        grid->setRowStretch(i, 0);
+        grid->addWidget(card, i, 0, Qt::AlignLeft | Qt::AlignTop);
+        m_cards.append(card);
+        card->show();
+    }
+    grid->addWidget(new QWidget(m_pContent), grid->rowCount() + 1, 0);
+    grid->setRowStretch(grid->rowCount() - 1, 1);
+    m_pContent->setLayout(grid);
+    m_pGrid = grid;
+
+    m_pScrollArea = new QScrollArea(this);
+    m_pScrollArea->setWidgetResizable(true);
+    // Cards always take the visible width, so there is nothing to scroll sideways.
+    m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pScrollArea->setWidget(m_pContent);
+    auto* own = new QGridLayout(this);
+    own->setSpacing(0);
+    own->setContentsMargins(0, 0, 0, 0);
+    own->addWidget(m_pScrollArea, 0, 0);
+}
+
+void VlProdListLabel::ChangeCategorySlot(CCategory* category)
+{
+    m_strCategory = category ? category->GetName() : QString();
+    UpdateVisibleCtrls();
+}
+
+void VlProdListLabel::ChangeDatasetFilterSlot(const QString& dataset)
+{
+    m_strDataset = dataset;
+    UpdateVisibleCtrls();
+}
+
+void VlProdListLabel::UpdatePathSlot()
+{
+    for (VlProdLabel* card : qAsConst(m_cards))
+        card->UpdatePath();
+}
+
+void VlProdListLabel::UpdateVisibleCtrls()
+{
+    for (VlProdLabel* card : qAsConst(m_cards)) {
+        CProduct* product = card->GetProduct();
+        if (!product)
+            continue;
+        bool category = false;
+        if (m_strCategory == QLatin1String("All"))
+            category = true;
+        else if (m_strCategory == QLatin1String("Selected"))
+            category = product->GetUpdate();
+        else
+            category = product->GetCategoryName() == m_strCategory;
+        const bool dataset = m_strDataset == QLatin1String("All") || product->GetDataset() == m_strDataset;
+        const bool visible = category && dataset;
+        if (card->GetVisible() != visible || card->isHidden() == visible)
+            card->setVisible(visible);
+    }
+    UpdateMainWnd();
+}
+
+void VlProdListLabel::UpdateMainWnd()
+{
+    if (!m_pContent)
+        return;
+    int sum = 0;
+    for (VlProdLabel* card : qAsConst(m_cards))
+        if (card->GetVisible())
+            sum += qMax(card->height(), card->sizeHint().height());
+    m_pContent->setMinimumHeight(qMax(sum, 1));
+    m_pContent->resize(m_pContent->width(), qMax(sum, 1));
+    m_pContent->update();
+}
+
+void VlProdListLabel::UpdateProdSizes()
+{
+    if (!m_pScrollArea)
+        return;
+    // The viewport, not the content: the content cannot get narrower than the cards it holds.
+    const int w = m_pScrollArea->viewport()->width();
+    for (VlProdLabel* card : qAsConst(m_cards)) {
+        if (!card->GetVisible())
+            continue;
+        card->setMinimumWidth(w);
+        card->SetAssignedWidth(w);
+        card->resize(w, card->height());
+    }
+}
+
+void VlProdListLabel::resizeEvent(QResizeEvent* event)
+{
+    QLabel::resizeEvent(event);
+    UpdateProdSizes();
+}
