@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/VlAtom.h"
+#include "model/CDataModel.h"
 
 #include <QMainWindow>
 
@@ -12,4 +13,9 @@ class QuillmarkMainWindow : public QMainWindow, public VlAtom
 public:
     explicit QuillmarkMainWindow(QWidget* parent = nullptr);
     ~QuillmarkMainWindow() override;
+
+    CDataModel* GetDataModel() { return &m_dataModel; }
+
+private:
+    CDataModel m_dataModel;
 };

@@ -1,0 +1,324 @@
+#include "model/CDataModel.h"
+
+#include "app/Application.h"
+#include "app/CMessageBox.h"
+#include "model/CCategory.h"
+#include "model/CInstallGroup.h"
+#include "model/CProduct.h"
+#include "model/CXmlSection.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSaveFile>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+QString CDataModel::st_UserAppData;
+QString CDataModel::st_UserDocuments;
+QString CDataModel::st_CurrentUserDocuments;
+QString CDataModel::st_ProgramFilesPath;
+
+namespace {
+const QString kApp = QStringLiteral("App");
+
+QString boolText(bool on)
+{
+    return on ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+// Only "1" (as a number) switches on; "true" does not. Users' files rely on that.
+bool switchValue(const QString& text)
+{
+    return text.toInt() == 1;
+}
+
+// host, or host:port with a port from 1 to 65535; IPv6 hosts in brackets.
+bool isServerAddress(const QString& text)
+{
+    static const QRegularExpression pattern(QStringLiteral(
+        "^(?:[A-Za-z0-9](?:[A-Za-z0-9.-]*[A-Za-z0-9])?|\\[[0-9A-Fa-f:.]+\\])(?::([0-9]{1,5}))?$"));
+    const QRegularExpressionMatch match = pattern.match(text);
+    if (!match.hasMatch())
+        return false;
+    if (match.capturedLength(1) == 0)
+        return true;
+    const int port = match.captured(1).toInt();
+    return port >= 1 && port <= 65535;
+}
+} // namespace
+
+CDataModel::CDataModel(QObject* parent) : QObject(parent)
+{
+    m_log.SetFileName(QStringLiteral("log_datamodel.txt"));
+    m_log.WriteString(QStringLiteral("Init"), true);
+}
+
+CDataModel::~CDataModel()
+{
+    // Groups first: they point at products.
+    m_installGroups.Clear();
+    m_products.Clear();
+    m_categories.Clear();
+    m_log.WriteString(QStringLiteral("Clear"), false);
+}
+
+QString CDataModel::CatalogueFilePath()
+{
+    return Application::st_strAppPath + QStringLiteral("/bin/base_ini.xml");
+}
+
+QString CDataModel::SettingsFilePath()
+{
+    return Application::st_strAppPath + QStringLiteral("/bin/prop_ini.xml");
+}
+
+void CDataModel::Init(QString version)
+{
+    m_strVersion = version;
+    InitBase();
+    InitProp();
+    InitProductParentCategory();
+    // The self-update and dataset engines are set up from here on, in that order.
+}
+
+bool CDataModel::InitBase()
+{
+    if (!ReadFile(CatalogueFilePath(), true)) {
+        CMessageBox::critical(tr("Couldn't open bin/base_ini.xml"), tr("Error! Init base"));
+        return false;
+    }
+    return true;
+}
+
+void CDataModel::InitProp()
+{
+    // On the first run there is no settings file: everything keeps its default.
+    ReadFile(SettingsFilePath(), false);
+}
+
+bool CDataModel::ReadFile(const QString& path, bool bBase)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        if (bBase || file.exists())
+            m_log.WriteString(QStringLiteral("!!ERROR cannot open ") + path + QStringLiteral(": ") + file.errorString(),
+                              false);
+        return false;
+    }
+
+    QXmlStreamReader xml(&file);
+    while (!xml.atEnd() && !xml.hasError()) {
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        const auto name = xml.name();
+        if (name == kApp) {
+            xml.readNext();
+            parseApp(xml);
+        } else if (name == QLatin1String("products")) {
+            xml.readNext();
+            bBase ? m_products.InitBase(xml) : m_products.InitProp(xml);
+        } else if (name == QLatin1String("categories")) {
+            xml.readNext();
+            bBase ? m_categories.InitBase(xml) : m_categories.InitProp(xml);
+        } else if (name == QLatin1String("datasets")) {
+            xml.readNext();
+            bBase ? m_datasets.InitBase(xml) : m_datasets.InitProp(xml);
+        }
+    }
+    if (xml.hasError()) {
+        m_log.WriteString(QStringLiteral("!!ERROR %1: line %2, column %3: %4")
+                              .arg(path)
+                              .arg(xml.lineNumber())
+                              .arg(xml.columnNumber())
+                              .arg(xml.errorString()),
+                          false);
+        CMessageBox::show(QMessageBox::NoIcon, QStringLiteral("parseXML"), xml.errorString());
+    }
+    xml.clear();
+    return true;
+}
+
+void CDataModel::parseApp(QXmlStreamReader& xml)
+{
+    while (!xml.atEnd() && !xml.hasError()) {
+        if (xml.isEndElement() && (xml.name() == kApp || xml.name() == QLatin1String("data")))
+            return;
+        if (xml.isStartElement()) {
+            const QString key = xml.name().toString();
+            xml.readNext();
+            parseAppValues(xml, key);
+        } else {
+            xml.readNext();
+        }
+    }
+}
+
+void CDataModel::parseAppValues(QXmlStreamReader& xml, QString key)
+{
+    QString text;
+    if (!CXmlSection::TakeText(xml, text))
+        return;
+    if (key == QLatin1String("DSAutoUpdate"))
+        m_bDSAutoUpdate = switchValue(text);
+    else if (key == QLatin1String("QuillmarkAutoUpdate"))
+        m_bQuillmarkAutoUpdate = switchValue(text);
+    else if (key == QLatin1String("NavDataOverwriteAccept"))
+        m_dsEngineFlags.navDataOverwriteAccept = switchValue(text);
+    else if (key == QLatin1String("LocalVersion"))
+        m_dsEngineFlags.localVersion = switchValue(text);
+    else if (key == QLatin1String("CreateBackupFiles"))
+        m_dsEngineFlags.createBackupFiles = switchValue(text);
+    else if (key == QLatin1String("Language"))
+        Application::setLanguage(text);
+    else if (key == QLatin1String("Version"))
+        Application::setApplicationVersionEx(text);
+    else if (key == QLatin1String("Server")) {
+        if (isServerAddress(text))
+            m_strServer = text;
+        else
+            m_log.WriteString(QStringLiteral("!!WARNING App value Server is not host or host:port, ignored: ") + text,
+                              false);
+    }
+}
+
+QString CDataModel::GetServer() const
+{
+    return m_strServer.isEmpty() ? QStringLiteral(QUILLMARK_DEFAULT_SERVER) : m_strServer;
+}
+
+bool CDataModel::Save()
+{
+    if (!m_bSaveEnabled)
+        return false;
+
+    // Written aside and renamed over the old file only when complete, so a failed or interrupted
+    // save leaves the previous settings whole.
+    const QString path = SettingsFilePath();
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        m_log.WriteString(QStringLiteral("!!ERROR cannot write ") + path + QStringLiteral(": ") + file.errorString(),
+                          false);
+        CMessageBox::critical(tr("Couldn't open prop_ini.xml"), QStringLiteral("CDataModel::Save()"));
+        return false;
+    }
+
+    QXmlStreamWriter xml(&file);
+    xml.setAutoFormatting(true);
+    xml.setCodec("UTF-8");
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("data"));
+    SaveApp(xml);
+    m_products.Save(xml);
+    m_categories.Save(xml);
+    m_datasets.Save(xml);
+    xml.writeEndElement();
+    xml.writeEndDocument();
+
+    if (xml.hasError()) {
+        const QString error = file.errorString();
+        file.cancelWriting();
+        m_log.WriteString(QStringLiteral("!!ERROR writing ") + path + QStringLiteral(": ") + error, false);
+        CMessageBox::critical(tr("corrupted file: prop_ini.xml ") + error, QStringLiteral("CDataModel::Save()"));
+        return false;
+    }
+    if (!file.commit()) {
+        m_log.WriteString(QStringLiteral("!!ERROR cannot replace ") + path + QStringLiteral(": ") + file.errorString(),
+                          false);
+        CMessageBox::critical(tr("Couldn't open prop_ini.xml"), QStringLiteral("CDataModel::Save()"));
+        return false;
+    }
+    return true;
+}
+
+void CDataModel::SaveApp(QXmlStreamWriter& xml)
+{
+    // "Version" and "Server" are read but never written: the catalogue supplies them.
+    xml.writeStartElement(kApp);
+    xml.writeTextElement(QStringLiteral("DSAutoUpdate"), boolText(m_bDSAutoUpdate));
+    xml.writeTextElement(QStringLiteral("QuillmarkAutoUpdate"), boolText(m_bQuillmarkAutoUpdate));
+    xml.writeTextElement(QStringLiteral("NavDataOverwriteAccept"), boolText(m_dsEngineFlags.navDataOverwriteAccept));
+    xml.writeTextElement(QStringLiteral("LocalVersion"), boolText(m_dsEngineFlags.localVersion));
+    xml.writeTextElement(QStringLiteral("CreateBackupFiles"), boolText(m_dsEngineFlags.createBackupFiles));
+    xml.writeTextElement(QStringLiteral("Language"), Application::GetLanguage());
+    xml.writeEndElement();
+}
+
+void CDataModel::RestoreQMKDefaultSettings()
+{
+    const QString path = SettingsFilePath();
+    QFile file(path);
+    if (file.exists() && !file.remove()) {
+        m_log.WriteString(QStringLiteral("!!ERROR cannot delete ") + path + QStringLiteral(": ") + file.errorString(),
+                          false);
+        CMessageBox::critical(tr("Couldn't delete prop_ini.xml"));
+    }
+    // The end of this run must not write the file again.
+    m_bSaveEnabled = false;
+    QCoreApplication::exit(Application::RestartExitCode);
+}
+
+void CDataModel::InitProductParentCategory()
+{
+    for (int i = 0; i < m_products.GetSize(); ++i) {
+        CProduct* product = m_products.GetByIndex(i);
+        product->SetCategory(GetCategoryByName(product->GetCategoryName()));
+    }
+}
+
+void CDataModel::InitProdUpdateListForUpdateOrReset(bool forUpdate)
+{
+    m_log.WriteString(QStringLiteral("InitProdUpdateListForUpdateOrReset"), false);
+    m_installGroups.Clear();
+    for (int i = 0; i < m_products.GetSize(); ++i) {
+        CProduct* product = m_products.GetByIndex(i);
+        product->InitNewInstallPaths(forUpdate);
+        m_installGroups.AssignProduct(product);
+    }
+    if (forUpdate) {
+        for (int i = 0; i < m_installGroups.GetSize(); ++i) {
+            const CInstallGroup* group = m_installGroups.GetByIndex(i);
+            QString text = QString::asprintf("\n#### Group %d: ", i) + group->GetDataset();
+            for (const QString& path : group->GetInstallPaths())
+                text += QStringLiteral("\n    install_path: ") + path;
+            for (const QString& name : group->GetProdNames())
+                text += QStringLiteral("\n    product: ") + name;
+            m_log.WriteString(text, false);
+        }
+    }
+    for (int i = 0; i < m_products.GetSize(); ++i) {
+        CProduct* product = m_products.GetByIndex(i);
+        if (product->GetUpdate() && product->GetInstallGroup())
+            product->GetInstallGroup()->SetUpdate(product);
+    }
+}
+
+void CDataModel::Clear()
+{
+    m_installGroups.Clear();
+    m_categories.Clear();
+    m_products.Clear();
+}
+
+void CDataModel::CloseApplication()
+{
+    m_installGroups.Clear();
+    m_categories.Clear();
+    m_products.Clear();
+    QCoreApplication::exit(0);
+}
+
+QMainWindow* CDataModel::GetMainWnd() const
+{
+    return Application::mainWnd;
+}
+
+QString CDataModel::GetRegistryValue(QString hive, QString keyPath, QString valueName)
+{
+    Q_UNUSED(hive)
+    Q_UNUSED(keyPath)
+    Q_UNUSED(valueName)
+    return QString();
+}

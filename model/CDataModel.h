@@ -1,0 +1,120 @@
+#pragma once
+
+#include "app/CMyLog.h"
+#include "app/VlAtom.h"
+#include "model/CCategoryList.h"
+#include "model/CDatasetList.h"
+#include "model/CInstallGroupList.h"
+#include "model/CProductList.h"
+
+#include <QObject>
+#include <QString>
+
+class CCategory;
+class CProduct;
+class QMainWindow;
+class QXmlStreamReader;
+class QXmlStreamWriter;
+
+// Everything the program knows during a run: the catalogue lists, the install groups and the
+// user's settings. The main window holds exactly one.
+class CDataModel : public QObject, public VlAtom
+{
+    Q_OBJECT
+
+public:
+    explicit CDataModel(QObject* parent = nullptr);
+    ~CDataModel() override;
+
+    // Start-up: catalogue, settings, product categories.
+    void Init(QString version);
+
+    bool InitBase();
+    void InitProp();
+    void parseApp(QXmlStreamReader& xml);
+    void parseAppValues(QXmlStreamReader& xml, QString key);
+    bool Save();
+    void SaveApp(QXmlStreamWriter& xml);
+    void RestoreQMKDefaultSettings();
+
+    CProduct* GetProductByIndex(int index) const { return m_products.GetByIndex(index); }
+    CProduct* GetProductByName(const QString& name) const { return m_products.GetByName(name); }
+    int GetProductListSize() const { return m_products.GetSize(); }
+    CCategory* GetCategoryByIndex(int index) const { return m_categories.GetByIndex(index); }
+    CCategory* GetCategoryByName(const QString& name) const { return m_categories.GetByName(name); }
+    int GetCategoryListSize() const { return m_categories.GetSize(); }
+
+    CProductList* GetProductList() { return &m_products; }
+    CCategoryList* GetCategoryList() { return &m_categories; }
+    CDatasetList* GetDatasetList() { return &m_datasets; }
+    CInstallGroupList* GetInstallGroupList() { return &m_installGroups; }
+
+    void InitProductParentCategory();
+    void InitProdUpdateListForUpdateOrReset(bool forUpdate);
+
+    void Clear();
+    void CloseApplication();
+    QMainWindow* GetMainWnd() const;
+
+    QString GetVersion() const { return m_strVersion; }
+    bool GetDSAutoUpdate() const { return m_bDSAutoUpdate; }
+    void SetDSAutoUpdate(bool on) { m_bDSAutoUpdate = on; }
+    bool GetQuillmarkAutoUpdate() const { return m_bQuillmarkAutoUpdate; }
+    void SetQuillmarkAutoUpdate(bool on) { m_bQuillmarkAutoUpdate = on; }
+    bool IsSaveEnabled() const { return m_bSaveEnabled; }
+
+    // Host or host:port of the version and download server: the App key "Server" of the
+    // settings, else of the catalogue, else the build's default.
+    QString GetServer() const;
+
+    // The dataset engine's three switches as the settings file holds them. They wait here until
+    // the engine exists; the engine takes them in its Init, and Save writes them back from here.
+    struct DSEngineFlags
+    {
+        bool navDataOverwriteAccept = true;
+        bool localVersion = true;
+        bool createBackupFiles = true;
+    };
+    DSEngineFlags GetPendingDSEngineFlags() const { return m_dsEngineFlags; }
+    void SetPendingDSEngineFlags(const DSEngineFlags& flags) { m_dsEngineFlags = flags; }
+
+    // Folders behind the catalogue's path placeholders. This platform has none of them, so they
+    // stay empty; the product resolvers rely on that.
+    static QString st_UserAppData;
+    static QString st_UserDocuments;
+    static QString st_CurrentUserDocuments;
+    static QString st_ProgramFilesPath;
+    static void InitUserAppData() {}
+    static void InitUserDocuments() {}
+    static void InitCurrentUserDocuments() {}
+    static void InitProgramFilesPath() {}
+    static QString GetUserAppDataPath() { return st_UserAppData; }
+    static QString GetUserDocumentsPath() { return st_UserDocuments; }
+    static QString GetCurrentUserDocumentsPath() { return st_CurrentUserDocuments; }
+    static QString GetProgramFilesPath() { return st_ProgramFilesPath; }
+    // Registry lookup behind "$RegistryKey"; no registry here, so always empty.
+    static QString GetRegistryValue(QString hive, QString keyPath, QString valueName);
+
+    static QString CatalogueFilePath();
+    static QString SettingsFilePath();
+
+signals:
+    void SignalDownloadVersionFinished();
+    void SignalCloseApplication();
+
+private:
+    // Reads one file's sections; false when the file cannot be opened.
+    bool ReadFile(const QString& path, bool bBase);
+
+    QString m_strVersion;
+    CProductList m_products;
+    CCategoryList m_categories;
+    CDatasetList m_datasets;
+    CInstallGroupList m_installGroups;
+    bool m_bQuillmarkAutoUpdate = true;
+    bool m_bDSAutoUpdate = true;
+    CMyLog m_log;
+    bool m_bSaveEnabled = true;
+    DSEngineFlags m_dsEngineFlags;
+    QString m_strServer;
+};

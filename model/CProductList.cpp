@@ -1,0 +1,236 @@
+#include "model/CProductList.h"
+
+#include "model/CProduct.h"
+#include "model/CXmlSection.h"
+
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+
+CProductList::~CProductList()
+{
+    Clear();
+}
+
+CProduct* CProductList::Add(QString name)
+{
+    auto* product = new CProduct;
+    product->SetName(name);
+    m_list.append(product);
+    return product;
+}
+
+CProduct* CProductList::GetByIndex(int index) const
+{
+    return index >= 0 && index < m_list.size() ? m_list.at(index) : nullptr;
+}
+
+CProduct* CProductList::GetByName(const QString& name) const
+{
+    for (CProduct* product : m_list) {
+        if (product->GetName() == name)
+            return product;
+    }
+    return nullptr;
+}
+
+void CProductList::Clear()
+{
+    qDeleteAll(m_list);
+    m_list.clear();
+    m_pCurrent = nullptr;
+}
+
+template <typename Pred> void CProductList::DropProducts(Pred drop)
+{
+    for (int i = m_list.size() - 1; i >= 0; --i) {
+        CProduct* product = m_list.at(i);
+        if (drop(product)) {
+            if (product == m_pCurrent)
+                m_pCurrent = nullptr;
+            m_list.removeAt(i);
+            delete product;
+        }
+    }
+}
+
+void CProductList::InitBase(QXmlStreamReader& xml)
+{
+    parseProducts(xml, true);
+    // Only the X-Plane products are served on this platform.
+    DropProducts([](const CProduct* product) {
+        const QString category = product->GetCategoryName();
+        return category != QLatin1String("X-Plane 10") && category != QLatin1String("X-Plane 11");
+    });
+    SortList();
+}
+
+void CProductList::InitProp(QXmlStreamReader& xml)
+{
+    parseProducts(xml, false);
+    // The settings may move a product into a category that is not served. Only these exact
+    // names are dropped ("Prepar3D" without a version); kept so.
+    DropProducts([](const CProduct* product) {
+        const QString category = product->GetCategoryName();
+        return category == QLatin1String("FSX") || category == QLatin1String("FS2004")
+               || category == QLatin1String("Prepar3D");
+    });
+}
+
+void CProductList::SortList()
+{
+    // Bubble sort: equal names never swap, so their catalogue order is kept. Everything after the
+    // last swap of a pass is already in place, so the next pass stops there; the swaps made are
+    // the same as with full passes, only the comparisons known to fail are skipped.
+    int end = m_list.size() - 1;
+    while (end > 0) {
+        int lastSwap = 0;
+        for (int i = 0; i < end; ++i) {
+            if (m_list.at(i + 1)->GetName() < m_list.at(i)->GetName()) {
+                m_list.swapItemsAt(i, i + 1);
+                lastSwap = i;
+            }
+        }
+        end = lastSwap;
+    }
+}
+
+void CProductList::parseProducts(QXmlStreamReader& xml, bool bBase)
+{
+    static const QString section = QStringLiteral("products");
+    while (!CXmlSection::AtSectionEnd(xml, section)) {
+        // A datasets token, start or end, also ends the products.
+        if (xml.name() == QLatin1String("datasets"))
+            break;
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        const auto name = xml.name();
+        if (name == QLatin1String("name")) {
+            xml.readNext();
+            parseProductName(xml, bBase);
+        } else if (name == QLatin1String("dataset")) {
+            xml.readNext();
+            parseProductDataset(xml);
+        } else if (name == QLatin1String("product_path")) {
+            xml.readNext();
+            parseProductProductPath(xml);
+        } else if (name == QLatin1String("registry_key")) {
+            xml.readNext();
+            parseProductRegistryKey(xml);
+        } else if (name == QLatin1String("install_path")) {
+            xml.readNext();
+            parseProductInstallPath(xml);
+        } else if (name == QLatin1String("cycle_info_path")) {
+            xml.readNext();
+            parseProductCycleInfoPath(xml);
+        } else if (name == QLatin1String("remove_file")) {
+            xml.readNext();
+            parseProductRemoveFilePath(xml);
+        } else if (name == QLatin1String("category")) {
+            xml.readNext();
+            parseProductCategory(xml);
+        } else if (name == QLatin1String("update")) {
+            xml.readNext();
+            parseProductUpdate(xml);
+        }
+    }
+}
+
+bool CProductList::TakeField(QXmlStreamReader& xml, QString& text)
+{
+    return CXmlSection::TakeText(xml, text) && m_pCurrent;
+}
+
+void CProductList::parseProductName(QXmlStreamReader& xml, bool bBase)
+{
+    m_pCurrent = nullptr;
+    QString text;
+    if (!CXmlSection::TakeText(xml, text))
+        return;
+    // The settings never create products; an unknown name skips its fields.
+    m_pCurrent = bBase ? Add(text) : GetByName(text);
+}
+
+void CProductList::parseProductDataset(QXmlStreamReader& xml)
+{
+    QString text;
+    if (TakeField(xml, text))
+        m_pCurrent->SetDataset(text);
+}
+
+void CProductList::parseProductProductPath(QXmlStreamReader& xml)
+{
+    QString text;
+    if (!TakeField(xml, text))
+        return;
+    if (m_pCurrent->GetName().contains(QLatin1String("Orbital Route Planner"))) {
+        // This planner keeps its navigation data one level deeper than its folder; users have
+        // always entered the folder itself.
+        const int at = text.indexOf(QLatin1String("NavData"));
+        if (at < 0 || at != text.length() - 7) {
+            m_pCurrent->GetLog().WriteString(
+                QStringLiteral("Orbital Route Planner: product_path without NavData, appending ORPX Data/NavData -> ")
+                    + text,
+                false);
+            text += QStringLiteral("\\ORPX Data\\NavData");
+        }
+    }
+    m_pCurrent->SetProductPath(text);
+}
+
+void CProductList::parseProductRegistryKey(QXmlStreamReader& xml)
+{
+    QString text;
+    if (TakeField(xml, text))
+        m_pCurrent->SetRegistryKey(text);
+}
+
+void CProductList::parseProductInstallPath(QXmlStreamReader& xml)
+{
+    QString text;
+    if (TakeField(xml, text))
+        m_pCurrent->AddInstallPath(text);
+}
+
+void CProductList::parseProductCycleInfoPath(QXmlStreamReader& xml)
+{
+    QString text;
+    if (TakeField(xml, text))
+        m_pCurrent->SetCycleInfoPath(text);
+}
+
+void CProductList::parseProductRemoveFilePath(QXmlStreamReader& xml)
+{
+    QString text;
+    if (TakeField(xml, text))
+        m_pCurrent->AddRemoveFilePath(text);
+}
+
+void CProductList::parseProductCategory(QXmlStreamReader& xml)
+{
+    QString text;
+    if (TakeField(xml, text))
+        m_pCurrent->SetCategoryName(text);
+}
+
+void CProductList::parseProductUpdate(QXmlStreamReader& xml)
+{
+    QString text;
+    // Case-sensitive: "TRUE" deselects. SetUpdate also tells the product's install group.
+    if (TakeField(xml, text))
+        m_pCurrent->SetUpdate(text == QLatin1String("true"));
+}
+
+void CProductList::Save(QXmlStreamWriter& xml) const
+{
+    xml.writeStartElement(QStringLiteral("products"));
+    for (const CProduct* product : m_list) {
+        xml.writeTextElement(QStringLiteral("name"), product->GetName());
+        xml.writeTextElement(QStringLiteral("update"),
+                             product->GetUpdate() ? QStringLiteral("true") : QStringLiteral("false"));
+        xml.writeTextElement(QStringLiteral("dataset"), product->GetDataset());
+        xml.writeTextElement(QStringLiteral("product_path"), product->GetProductPath());
+        xml.writeTextElement(QStringLiteral("category"), product->GetCategoryName());
+    }
+    xml.writeEndElement();
+}
