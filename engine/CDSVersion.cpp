@@ -124,10 +124,18 @@ CDSVersion::CDSVersion(QObject* parent) : QObject(parent), m_strVersionListName(
 
 CDSVersion::~CDSVersion()
 {
+    Shutdown();
+}
+
+void CDSVersion::Shutdown()
+{
     discardProcess(m_pUnzipProcess);
     discardProcess(m_pZipBackProcess);
     discardProcess(m_pUnzipBackProcess);
     discardProcess(m_pListBackProcess);
+    m_fileCopyThread.RequestStop();
+    m_fileResetThread.RequestStop();
+    m_fileRemoveBackupThread.RequestStop();
     for (QThread* thread : {static_cast<QThread*>(&m_fileCopyThread), static_cast<QThread*>(&m_fileResetThread),
                             static_cast<QThread*>(&m_fileRemoveBackupThread)}) {
         thread->disconnect(this);
@@ -556,6 +564,7 @@ bool CDSVersion::InstallProducts()
     if (!UnzippDataset(product, error)) {
         product->SetInstallState(QMK_STATE_INSTALL_ERROR);
         WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+        removeDir(m_strTempInstallDir);
         UnzipNextProduct();
     }
     return true;
@@ -591,6 +600,7 @@ void CDSVersion::UnzipNextProduct()
             return;
         product->SetInstallState(QMK_STATE_INSTALL_ERROR);
         WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+        removeDir(m_strTempInstallDir);
     }
 }
 
@@ -647,6 +657,7 @@ bool CDSVersion::StartUnzip(const QString& archive, const QString& target, bool)
             p->SetInstallState(QMK_STATE_INSTALL_ERROR);
             WriteResult(tr("Install failed") + QLatin1Char(' ') + p->GetName(), true);
         }
+        removeDir(m_strTempInstallDir);
         QTimer::singleShot(0, this, &CDSVersion::UnzipNextProduct);
     });
 
@@ -673,6 +684,22 @@ void CDSVersion::CreateTempInstallDirectory()
         QDir().mkpath(m_strTempInstallDir);
 }
 
+quint64 CDSVersion::GetDirectoryByteSize(const QString& folder)
+{
+    quint64 total = 0;
+    QStringList work{folder};
+    while (!work.isEmpty()) {
+        const QString dir = work.takeFirst();
+        if (!QFileInfo(dir).isDir())
+            continue;
+        for (const QFileInfo& file : CFileTree::plainFiles(dir))
+            total += quint64(file.size());
+        for (const QFileInfo& sub : CFileTree::subFolders(dir))
+            work << sub.absoluteFilePath();
+    }
+    return total;
+}
+
 bool CDSVersion::removeDir(const QString& path)
 {
     return CFileTree::removeDir(path);
@@ -690,6 +717,7 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
         product->SetInstallState(QMK_STATE_INSTALL_ERROR);
         WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
         m_log.WriteString(QStringLiteral("!!Error UPDATE-RESULT == UNZIP FAILED ") + product->GetName(), false);
+        removeDir(m_strTempInstallDir);
         return;
     }
     if (exitCode != 0)

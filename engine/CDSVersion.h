@@ -28,6 +28,8 @@ class CDSVersion : public QObject, public VlAtom
 public:
     explicit CDSVersion(QObject* parent = nullptr);
     ~CDSVersion() override;
+    // Ends every tool and worker of the engine and waits for them; nothing is reported.
+    void Shutdown();
 
     // A parsed "versionList.txt": the last non-empty line and the "Revision" value ("1" when none).
     struct VersionList

@@ -58,7 +58,7 @@ struct Queue
         http.clearRequests();
         engine.DownloadNewDSVersion();
         if (ready.isEmpty() && error.isEmpty())
-            QTest::qWaitFor([&] { return !ready.isEmpty() || !error.isEmpty(); }, 20000);
+            (void)QTest::qWaitFor([&] { return !ready.isEmpty() || !error.isEmpty(); }, 20000);
         return ready.count() + error.count() != 1 ? "none or both" : ready.count() ? "ready" : "error";
     }
     QStringList requested() const
