@@ -1,0 +1,92 @@
+#include "engine/FileResetThread.h"
+
+#include "model/CFileTree.h"
+#include "model/CProduct.h"
+
+#include <QFileInfo>
+
+FileResetThread::FileResetThread() : QThread(nullptr), m_walk(m_log, m_bStopRequested)
+{
+    m_log.SetFileName(QStringLiteral("log_freset.txt"));
+    m_log.WriteString(QStringLiteral("Init"), false);
+}
+
+void FileResetThread::Init(CProduct* product)
+{
+    m_bSuccess = false;
+    m_pProduct = product;
+    if (product)
+        m_strBackupDirName = QStringLiteral("QMK_") + product->GetDataset() + QStringLiteral("_back");
+}
+
+void FileResetThread::run()
+{
+    m_log.WriteString(QStringLiteral("Run"), false);
+    m_bStopRequested = false;
+    if (m_pProduct)
+        ResetProductFiles();
+    else
+        m_walk.Error(QStringLiteral("no product to reset"));
+    emit SignalFinished();
+}
+
+bool FileResetThread::ResetProductFiles()
+{
+    m_walk.ResetErrors();
+    const bool last =
+        m_walk.ForEachTarget(m_pProduct->GetInstallPaths(),
+                             [this](const QString& target, const QString&) { return ResetProductFilesSub(target); });
+    m_bSuccess = last && m_walk.GetErrorCount() == 0 && !m_bStopRequested;
+    return m_bSuccess;
+}
+
+bool FileResetThread::ResetProductFilesSub(QString target)
+{
+    const int errorsBefore = m_walk.GetErrorCount();
+    resetFolder(target + QLatin1Char('/') + m_strBackupDirName, target);
+    return m_walk.GetErrorCount() == errorsBefore;
+}
+
+void FileResetThread::resetFolder(const QString& backupFolder, const QString& targetFolder)
+{
+    m_walk.Walk(CFolderWalk::ChildrenOfSecond, m_strBackupDirName, backupFolder, targetFolder,
+                [this](const QString& backup, const QString& target) {
+                    // Without a backup here the folders below are not searched either (kept so).
+                    if (!QFileInfo(backup).isDir() || !QFileInfo(target).isDir())
+                        return false;
+
+                    bool keepBackup = false;
+                    for (const QFileInfo& file : CFileTree::plainFiles(backup)) {
+                        const QString targetFile = target + QLatin1Char('/') + file.fileName();
+                        const QFileInfo current(targetFile);
+                        if (current.isSymLink()) {
+                            m_log.WriteString(CFolderWalk::LinkWarning(targetFile), false);
+                            keepBackup = true;
+                            continue;
+                        }
+                        if (current.isDir()) {
+                            m_walk.Error(targetFile + QStringLiteral(" is a folder; its backup file is kept"));
+                            keepBackup = true;
+                            continue;
+                        }
+                        QString error;
+                        // Replaces the installed file in one step, so a failure leaves both as they were.
+                        if (!CFolderWalk::MoveFile(file.absoluteFilePath(), targetFile, true, &error)) {
+                            m_walk.Error(QStringLiteral("cannot put back ") + targetFile + QStringLiteral(": ") +
+                                         error);
+                            keepBackup = true;
+                        }
+                    }
+
+                    if (keepBackup)
+                        m_walk.Error(QStringLiteral("backup folder kept, not everything could be put back: ") + backup);
+                    else if (!removeDir(backup))
+                        m_walk.Warning(QStringLiteral("backup folder not completely removed: ") + backup);
+                    return true;
+                });
+}
+
+bool FileResetThread::removeDir(const QString& path)
+{
+    return CFileTree::removeDir(path);
+}
