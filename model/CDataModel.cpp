@@ -53,10 +53,14 @@ CDataModel::CDataModel(QObject* parent) : QObject(parent)
 {
     m_log.SetFileName(QStringLiteral("log_datamodel.txt"));
     m_log.WriteString(QStringLiteral("Init"), true);
+    // Settings without the switches leave the engine's own defaults.
+    m_dsEngineFlags = GetPendingDSEngineFlags();
 }
 
 CDataModel::~CDataModel()
 {
+    // No worker may still walk a product that is about to go.
+    m_dsVersion.Shutdown();
     // Groups first: they point at products.
     m_installGroups.Clear();
     m_products.Clear();
@@ -80,7 +84,74 @@ void CDataModel::Init(QString version)
     InitBase();
     InitProp();
     InitProductParentCategory();
-    // The self-update and dataset engines are set up from here on, in that order.
+
+    connect(&m_dsVersion, &CDSVersion::SignalCheckHighVersionFinished, this,
+            &CDataModel::CheckHighVersionFinishedSlot);
+    connect(&m_dsVersion, &CDSVersion::SignalChangeNewVersion, this, &CDataModel::ChangeNewVersionSlot);
+    InitQMKVersion();
+}
+
+void CDataModel::InitQMKVersion()
+{
+    // The application's own update check is not part of this build yet; the dataset check
+    // follows at once, as it does when that check is switched off.
+    InitDSVersion();
+}
+
+void CDataModel::SlotDownloadVersionTXTFinish()
+{
+    emit SignalDownloadVersionFinished();
+    InitDSVersion();
+}
+
+void CDataModel::InitDSVersion()
+{
+    m_log.WriteString(QStringLiteral("InitDSVersion"), false);
+    m_dsVersion.SetServer(GetServer());
+    m_dsVersion.Init(m_strVersion);
+    if (m_bDSAutoUpdate)
+        m_dsVersion.SearchForNewVersion(false);
+}
+
+void CDataModel::CheckHighVersionFinishedSlot()
+{
+    InitProdUpdateListForUpdateOrReset(false);
+}
+
+void CDataModel::ChangeNewVersionSlot(QString newVersion)
+{
+    const QString revision = m_dsVersion.GetTargetRevision();
+    for (int i = 0; i < m_products.GetSize(); ++i)
+        if (CProduct* product = m_products.GetByIndex(i))
+            product->CheckCycleVersion(newVersion, revision);
+}
+
+void CDataModel::RunUpdateAddOnDatasets(CProduct* product)
+{
+    m_dsVersion.SetSingleProduct(product);
+    m_dsVersion.SearchForNewVersion(true);
+}
+
+CDataModel::DSEngineFlags CDataModel::GetPendingDSEngineFlags() const
+{
+    DSEngineFlags flags;
+    flags.navDataOverwriteAccept = m_dsVersion.GetNavDataOverwriteAccept();
+    flags.localVersion = m_dsVersion.GetLocalVersion();
+    flags.createBackupFiles = m_dsVersion.GetCreateBackupFiles();
+    return flags;
+}
+
+void CDataModel::SetPendingDSEngineFlags(const DSEngineFlags& flags)
+{
+    m_dsEngineFlags = flags;
+    ApplyDSEngineFlags();
+}
+
+void CDataModel::ApplyDSEngineFlags()
+{
+    m_dsVersion.SetNavDataOverwriteAccept(m_dsEngineFlags.navDataOverwriteAccept);
+    m_dsVersion.SetLocalVersion(m_dsEngineFlags.localVersion);
+    m_dsVersion.SetCreateBackupFiles(m_dsEngineFlags.createBackupFiles);
 }
 
 bool CDataModel::InitBase()
@@ -96,6 +167,7 @@ void CDataModel::InitProp()
 {
     // On the first run there is no settings file: everything keeps its default.
     ReadFile(SettingsFilePath(), false);
+    ApplyDSEngineFlags();
 }
 
 bool CDataModel::ReadFile(const QString& path, bool bBase)
@@ -261,6 +333,7 @@ bool CDataModel::Save()
 void CDataModel::SaveApp(QXmlStreamWriter& xml)
 {
     // "Version" and "Server" are read but never written: the catalogue supplies them.
+    m_dsEngineFlags = GetPendingDSEngineFlags();
     xml.writeStartElement(kApp);
     xml.writeTextElement(QStringLiteral("DSAutoUpdate"), boolText(m_bDSAutoUpdate));
     xml.writeTextElement(QStringLiteral("QuillmarkAutoUpdate"), boolText(m_bQuillmarkAutoUpdate));

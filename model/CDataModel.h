@@ -2,6 +2,7 @@
 
 #include "app/CMyLog.h"
 #include "app/VlAtom.h"
+#include "engine/CDSVersion.h"
 #include "model/CCategoryList.h"
 #include "model/CDatasetList.h"
 #include "model/CInstallGroupList.h"
@@ -67,16 +68,25 @@ public:
     // settings, else of the catalogue, else the build's default.
     QString GetServer() const;
 
-    // The dataset engine's three switches as the settings file holds them. They wait here until
-    // the engine exists; the engine takes them in its Init, and Save writes them back from here.
+    // The dataset engine's three switches as the settings file holds them. The engine keeps the
+    // live values (the update dialog changes them there); reading the settings hands them over,
+    // and Save writes the engine's values back.
     struct DSEngineFlags
     {
         bool navDataOverwriteAccept = true;
-        bool localVersion = true;
+        bool localVersion = false;
         bool createBackupFiles = true;
     };
-    DSEngineFlags GetPendingDSEngineFlags() const { return m_dsEngineFlags; }
-    void SetPendingDSEngineFlags(const DSEngineFlags& flags) { m_dsEngineFlags = flags; }
+    DSEngineFlags GetPendingDSEngineFlags() const;
+    void SetPendingDSEngineFlags(const DSEngineFlags& flags);
+
+    CDSVersion* GetDSVersion() { return &m_dsVersion; }
+
+    // Start-up of the engines: the application check first, then the dataset check.
+    void InitQMKVersion();
+    void InitDSVersion();
+    // Searches the server by hand for one product, or for all selected ones with null.
+    void RunUpdateAddOnDatasets(CProduct* product);
 
     // Folders behind the catalogue's path placeholders. This platform has none of them, so they
     // stay empty; the product resolvers rely on that.
@@ -102,7 +112,13 @@ signals:
     void SignalDownloadVersionFinished();
     void SignalCloseApplication();
 
+public slots:
+    void SlotDownloadVersionTXTFinish();
+    void CheckHighVersionFinishedSlot();
+    void ChangeNewVersionSlot(QString newVersion);
+
 private:
+    void ApplyDSEngineFlags();
     // Reads one file's sections; false when the file cannot be opened.
     bool ReadFile(const QString& path, bool bBase);
     // Copies a settings file that could not be read whole to "prop_ini.xml.damaged" (or a
@@ -113,6 +129,7 @@ private:
     CProductList m_products;
     CCategoryList m_categories;
     CDatasetList m_datasets;
+    CDSVersion m_dsVersion;
     CInstallGroupList m_installGroups;
     bool m_bQuillmarkAutoUpdate = true;
     bool m_bDSAutoUpdate = true;

@@ -1,0 +1,239 @@
+#pragma once
+
+#include "app/CMyLog.h"
+#include "app/VlAtom.h"
+#include "engine/DownloadManager.h"
+#include "engine/FileCopyThread.h"
+#include "engine/FileRemoveBackupThread.h"
+#include "engine/FileResetThread.h"
+#include "model/EQMKProductInstallState.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+class CProduct;
+class CProductList;
+
+// The dataset engine: learns the newest cycle from the version server, downloads the dataset
+// archives the selected products need, unpacks and installs them with backups, and restores or
+// deletes those backups. Everything runs on the GUI thread except the three file workers; each
+// step is advanced by the end signal of the previous one.
+class CDSVersion : public QObject, public VlAtom
+{
+    Q_OBJECT
+
+public:
+    explicit CDSVersion(QObject* parent = nullptr);
+    ~CDSVersion() override;
+    // Ends every tool and worker of the engine and waits for them; nothing is reported.
+    void Shutdown();
+
+    // A parsed "versionList.txt": the last non-empty line and the "Revision" value ("1" when none).
+    struct VersionList
+    {
+        QString version;
+        QString revision;
+    };
+    static VersionList ParseVersionList(const QByteArray& bytes);
+
+    // --- configuration ---
+    // Host or host:port of the version server.
+    void SetServer(const QString& server) { m_strServer = server; }
+    QString GetServer() const { return m_strServer; }
+    // "http://" + server + "/quillmark/"
+    QString GetServerBaseUrl() const;
+
+    void Init(const QString& version);
+    void InitDownloadDirectory();
+    QString GetDownloadDirectory() const { return m_strDownloadDir; }
+    QString GetCycleDirectory() const { return m_strCycleDir; }
+
+    void SetProductList(CProductList* list) { m_pProductList = list; }
+    CProductList* GetProductList() const { return m_pProductList; }
+    // A run for one product only (null: all selected products of the list).
+    void SetSingleProduct(CProduct* product) { m_pSingleProduct = product; }
+    CProduct* GetSingleProduct() const { return m_pSingleProduct; }
+
+    // The three switches the settings file keeps.
+    bool GetNavDataOverwriteAccept() const { return m_bNavDataOverwriteAccept; }
+    void SetNavDataOverwriteAccept(bool accept) { m_bNavDataOverwriteAccept = accept; }
+    // Whether the update dialog offers the locally held cycle rather than the server's.
+    bool GetLocalVersion() const { return m_bLocalVersion; }
+    void SetLocalVersion(bool local) { m_bLocalVersion = local; }
+    bool GetCreateBackupFiles() const { return m_bCreateBackupFiles; }
+    void SetCreateBackupFiles(bool create) { m_bCreateBackupFiles = create; }
+
+    // --- version discovery ---
+    void SearchForNewVersion(bool byHand);
+    bool GetSearchByHand() const { return m_bSearchByHand; }
+    void DownloadVersionListTxt();
+    void QuillmarkCheckHighVersion(const QByteArray& bytes);
+    void InitNewDSVersion(const QString& version);
+    QString InitLocalVersion();
+    static QString cutDig(const QString& text);
+    bool CheckNewVersionRevision();
+    // A version with digits was offered and it differs from the local one.
+    bool NewDSVersionAvailable();
+    // True when the last server list gave no version at all.
+    bool IsVersionListEmpty() const { return m_strNewVersion.isEmpty(); }
+
+    QString GetNewVersion() const { return m_strNewVersion; }
+    QString GetNewVersionDig() const { return m_strNewVersionDig; }
+    QString GetNewRevision() const { return m_strNewRevision; }
+    QString GetLocalVersionText() const { return m_strLocalVersion; }
+    QString GetLocalRevision() const { return m_strLocalRevision; }
+    // The cycle digits and revision the products are measured against: the server's offer, or
+    // the local copy when no offer is known.
+    QString GetTargetVersion() const;
+    QString GetTargetRevision() const;
+
+    // --- download queue ---
+    void DownloadNewDSVersion();
+    void DownloadNextDataset();
+    bool DownloadDataset(const QString& dataset);
+    bool CheckDownloadError();
+    void SetProdDownloadError();
+    void StopDownload();
+    void ClearDownloadDirectory();
+    QStringList GetLocalDatasetList() const;
+    static bool CheckZipExtension(QString& fileName);
+    const QStringList& GetDatasetQueue() const { return m_datasetQueue; }
+
+    // --- unzip and install ---
+    bool InstallProducts();
+    void UnzipNextProduct();
+    bool UnzippDataset(CProduct* product, QString& error);
+    bool StartUnzip(const QString& archive, const QString& target, bool unused = false);
+    void CreateTempInstallDirectory();
+    QString GetTempInstallDirectory() const { return m_strTempInstallDir; }
+    static bool removeDir(const QString& path);
+    void WriteResult(const QString& text, bool isError);
+    void ResetResult();
+    QString GetResult() const { return m_strResult; }
+    int GetErrorCount() const { return m_iErrorCount; }
+    void SetFinishedStateProducts();
+    void StopInstall();
+    void StopFileCopyThred();
+    static quint64 GetDirectoryByteSize(const QString& folder);
+    quint64 GetTotalBytes() const { return m_totalBytes; }
+
+    // --- reset and backup removal ---
+    void Reset(CProductList* list);
+    void ResetNextProduct();
+    void ResetSelProduct();
+    void StopReset();
+    void RemoveBackup(CProductList* list);
+    void RemoveBackupNextProduct();
+    void RemoveBackupSelProduct();
+    void StopRemoveBackup();
+
+    // --- whole-backup archives ---
+    bool CreateBackup(QString archive);
+    bool LoadBackup(QString archive);
+    bool StartZipBackup(QString archive);
+    bool LoadZipBackup(QString archive);
+    void StopZipBackProcess();
+    QString GetCycleBaseDirectory() const { return m_strDownloadDir; }
+
+public slots:
+    void downloadFinishedSlot(QString url, QString file, QStringList errors, QByteArray data);
+    void ChangePercentSlot(int percent);
+    void unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus status);
+    void FileCopyThreadFinishedSlot();
+    void FileWrittenSlot(quint64 bytes);
+    void processStartedSlot() {}
+    void FileResetThreadFinishedSlot();
+    void FileRemoveBackupThreadFinishedSlot();
+    void zipBackProcessFinishedSlot(int exitCode, QProcess::ExitStatus status);
+    void unzipBackProcessFinishedSlot(int exitCode, QProcess::ExitStatus status);
+
+signals:
+    void SignalChangeNewVersion(QString version);
+    void SignalCheckHighVersionFinished();
+    void SignalNewDSVersionStarted();
+    void SignalDownloadDataset(QString dataset);
+    void SignalDownloadDataSetReady();
+    void SignalDownloadDataSetError();
+    void SignalDownloadError();
+    void SignalStopDownload();
+    void SignalChangePercent(int percent);
+
+    void SignalUnzippProduct(QString name);
+    void SignalBeginCopyThead(quint64 total);
+    void SignalFileWritten(quint64 bytes);
+    void SignalWriteResult(QString result);
+    void SignalInstallReady();
+
+    void SignalResetProduct(QString name);
+    void SignalResetReady();
+    void SignalRemoveBackupProduct(QString name);
+    void SignalRemoveBackupReady();
+
+    void SignalZipBackProcessFinished(bool ok);
+    void SignalUnZipBackProcessFinished(bool ok);
+
+private:
+    enum class Walk { Reset, RemoveBackup };
+    void WalkNextProduct(Walk walk);
+    void WalkSelProduct(Walk walk);
+    bool WalkProduct(Walk walk, CProduct* product, bool single);
+    void WalkThreadFinished(Walk walk, CProduct* product, bool success);
+    void StopWorker(QThread& thread, const char* name);
+
+    CProduct* CurrentInstallProduct() const;
+    bool FailDatasetRequest(const QString& dataset, const QString& reason);
+    void RemoveProductFiles(CProduct* product);
+    void RunBackupListing(const QString& archive);
+    void BackupListingFinished(const QString& archive, int exitCode, QProcess::ExitStatus status);
+    void FinishBackupProcess(bool zip, bool ok);
+
+    DownloadManager m_downloader;
+    FileCopyThread m_fileCopyThread;
+    FileResetThread m_fileResetThread;
+    FileRemoveBackupThread m_fileRemoveBackupThread;
+    CMyLog m_log;
+
+    QString m_strServer;
+    QString m_strVersion;
+    QString m_strDownloadDir;
+    QString m_strCycleDir;
+    QString m_strTempInstallDir;
+    const QString m_strVersionListName;
+
+    QString m_strNewVersion;
+    QString m_strNewVersionDig;
+    QString m_strNewRevision;
+    QString m_strLocalVersion;
+    QString m_strLocalRevision;
+    bool m_bSearchByHand = false;
+
+    bool m_bNavDataOverwriteAccept = true;
+    bool m_bLocalVersion = false;
+    bool m_bCreateBackupFiles = true;
+
+    CProductList* m_pProductList = nullptr;
+    CProduct* m_pSingleProduct = nullptr;
+
+    QStringList m_datasetQueue;
+    int m_iDownloadIndex = -1;
+    QString m_strCurrentArchive;
+    QString m_strCurrentDataset;
+
+    int m_iCurrentIndex = -1;
+    int m_iResetIndex = -1;
+    int m_iRemoveBackupIndex = -1;
+    QProcess* m_pUnzipProcess = nullptr;
+    quint64 m_totalBytes = 0;
+    quint64 m_writtenBytes = 0;
+
+    QString m_strResult;
+    int m_iErrorCount = 0;
+
+    QProcess* m_pZipBackProcess = nullptr;
+    QProcess* m_pUnzipBackProcess = nullptr;
+    QProcess* m_pListBackProcess = nullptr;
+    bool m_bBackupReported = true;
+};
