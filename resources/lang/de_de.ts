@@ -2,10 +2,333 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE">
 <context>
+    <name>CDSVersion</name>
+    <message>
+        <source>Download failed</source>
+        <translation>Download fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Failed download file:</source>
+        <translation>Download fehlgeschlagen, Datei:</translation>
+    </message>
+    <message>
+        <source>Download success</source>
+        <translation>Download erfolgreich</translation>
+    </message>
+    <message>
+        <source>Download success file:</source>
+        <translation>Download erfolgreich, Datei:</translation>
+    </message>
+    <message>
+        <source>Download failed!</source>
+        <translation>Download fehlgeschlagen!</translation>
+    </message>
+    <message>
+        <source>Dataset: </source>
+        <translation>Datensatz: </translation>
+    </message>
+    <message>
+        <source>Install failed</source>
+        <translation>Installation fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Pfad</translation>
+    </message>
+    <message>
+        <source>Install success</source>
+        <translation>Installation erfolgreich</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>for</source>
+        <translation>für</translation>
+    </message>
+    <message>
+        <source>Reset failed</source>
+        <translation>Zurücksetzen fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Remove backup failed</source>
+        <translation>Löschen der Sicherung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Reset success</source>
+        <translation>Zurücksetzen erfolgreich</translation>
+    </message>
+    <message>
+        <source>Remove backup success</source>
+        <translation>Sicherung erfolgreich gelöscht</translation>
+    </message>
+</context>
+<context>
+    <name>CDataModel</name>
+    <message>
+        <source>Couldn&apos;t open bin/base_ini.xml</source>
+        <translation>bin/base_ini.xml konnte nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Error! Init base</source>
+        <translation>Fehler! Katalog laden</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t open prop_ini.xml</source>
+        <translation>prop_ini.xml konnte nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>corrupted file: prop_ini.xml </source>
+        <translation>beschädigte Datei: prop_ini.xml </translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t delete prop_ini.xml</source>
+        <translation>prop_ini.xml konnte nicht gelöscht werden</translation>
+    </message>
+</context>
+<context>
+    <name>CQMKVersion</name>
+    <message>
+        <source>Missing file </source>
+        <translation>Fehlende Datei </translation>
+    </message>
+</context>
+<context>
+    <name>CvlFilterCmb</name>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+</context>
+<context>
+    <name>CvlHelpButton</name>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>CvlRemoveBackupButton</name>
+    <message>
+        <source>RemoveBackup</source>
+        <translation>Sicherung löschen</translation>
+    </message>
+</context>
+<context>
+    <name>CvlResetButton</name>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>CvlSettingsButton</name>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+</context>
+<context>
+    <name>CvlUpdateButton</name>
+    <message>
+        <source>Update</source>
+        <translation>Aktualisieren</translation>
+    </message>
+</context>
+<context>
     <name>QuillmarkMainWindow</name>
     <message>
         <source>Quillmark</source>
         <translation>Quillmark</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Pfad</translation>
+    </message>
+    <message>
+        <source>Dataset-Filter</source>
+        <translation>Datensatz-Filter</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Bereit</translation>
+    </message>
+</context>
+<context>
+    <name>VlCatLabel</name>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>Selected</source>
+        <translation>Ausgewählt</translation>
+    </message>
+    <message>
+        <source>X-Plane 10</source>
+        <translation>X-Plane 10</translation>
+    </message>
+    <message>
+        <source>X-Plane 11</source>
+        <translation>X-Plane 11</translation>
+    </message>
+    <message>
+        <source>FSX</source>
+        <translation>FSX</translation>
+    </message>
+    <message>
+        <source>FS2004</source>
+        <translation>FS2004</translation>
+    </message>
+    <message>
+        <source>Prepar3D v2</source>
+        <translation>Prepar3D v2</translation>
+    </message>
+    <message>
+        <source>Prepar3D v3</source>
+        <translation>Prepar3D v3</translation>
+    </message>
+    <message>
+        <source>Prepar3D v4</source>
+        <translation>Prepar3D v4</translation>
+    </message>
+</context>
+<context>
+    <name>VlCatPropsLabel</name>
+    <message>
+        <source>Open Directory</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Category-Properties</source>
+        <translation>Kategorie-Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Path:</source>
+        <translation>Pfad:</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+</context>
+<context>
+    <name>VlProdLabel</name>
+    <message>
+        <source>Open Directory</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>nicht gefunden</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>installed</source>
+        <translation>installiert</translation>
+    </message>
+    <message>
+        <source>backup</source>
+        <translation>Sicherung</translation>
+    </message>
+    <message>
+        <source>Path:</source>
+        <translation>Pfad:</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>select</source>
+        <translation>auswählen</translation>
+    </message>
+    <message>
+        <source>Dataset:</source>
+        <translation>Datensatz:</translation>
+    </message>
+    <message>
+        <source>Cycle:</source>
+        <translation>Zyklus:</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>remove backup files</source>
+        <translation>Sicherungsdateien löschen</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Befehle</translation>
+    </message>
+</context>
+<context>
+    <name>wdgBackupLocal</name>
+    <message>
+        <source>Backup</source>
+        <translation>Sicherung</translation>
+    </message>
+    <message>
+        <source>Create backup info.</source>
+        <translation>Sichert die lokalen Zyklusdaten in einem Archiv oder lädt sie daraus zurück.</translation>
+    </message>
+    <message>
+        <source>Create backup</source>
+        <translation>Sicherung erstellen</translation>
+    </message>
+    <message>
+        <source>Load backup</source>
+        <translation>Sicherung laden</translation>
+    </message>
+    <message>
+        <source>backup empty</source>
+        <translation>Keine lokalen Zyklusdaten zum Sichern vorhanden.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Run create backup.</source>
+        <translation>Sicherung wird erstellt.</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Run load backup.</source>
+        <translation>Sicherung wird geladen.</translation>
+    </message>
+    <message>
+        <source>successful</source>
+        <translation>erfolgreich</translation>
     </message>
 </context>
 </TS>

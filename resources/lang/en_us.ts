@@ -2,10 +2,333 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US">
 <context>
+    <name>CDSVersion</name>
+    <message>
+        <source>Download failed</source>
+        <translation>Download failed</translation>
+    </message>
+    <message>
+        <source>Failed download file:</source>
+        <translation>Failed download file:</translation>
+    </message>
+    <message>
+        <source>Download success</source>
+        <translation>Download success</translation>
+    </message>
+    <message>
+        <source>Download success file:</source>
+        <translation>Download success file:</translation>
+    </message>
+    <message>
+        <source>Download failed!</source>
+        <translation>Download failed!</translation>
+    </message>
+    <message>
+        <source>Dataset: </source>
+        <translation>Dataset: </translation>
+    </message>
+    <message>
+        <source>Install failed</source>
+        <translation>Install failed</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>not found</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Path</translation>
+    </message>
+    <message>
+        <source>Install success</source>
+        <translation>Install success</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>for</source>
+        <translation>for</translation>
+    </message>
+    <message>
+        <source>Reset failed</source>
+        <translation>Reset failed</translation>
+    </message>
+    <message>
+        <source>Remove backup failed</source>
+        <translation>Remove backup failed</translation>
+    </message>
+    <message>
+        <source>Reset success</source>
+        <translation>Reset success</translation>
+    </message>
+    <message>
+        <source>Remove backup success</source>
+        <translation>Remove backup success</translation>
+    </message>
+</context>
+<context>
+    <name>CDataModel</name>
+    <message>
+        <source>Couldn&apos;t open bin/base_ini.xml</source>
+        <translation>Couldn@SOURCE@apos;t open bin/base_ini.xml</translation>
+    </message>
+    <message>
+        <source>Error! Init base</source>
+        <translation>Error! Init base</translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t open prop_ini.xml</source>
+        <translation>Couldn@SOURCE@apos;t open prop_ini.xml</translation>
+    </message>
+    <message>
+        <source>corrupted file: prop_ini.xml </source>
+        <translation>corrupted file: prop_ini.xml </translation>
+    </message>
+    <message>
+        <source>Couldn&apos;t delete prop_ini.xml</source>
+        <translation>Couldn@SOURCE@apos;t delete prop_ini.xml</translation>
+    </message>
+</context>
+<context>
+    <name>CQMKVersion</name>
+    <message>
+        <source>Missing file </source>
+        <translation>Missing file </translation>
+    </message>
+</context>
+<context>
+    <name>CvlFilterCmb</name>
+    <message>
+        <source>All</source>
+        <translation>All</translation>
+    </message>
+</context>
+<context>
+    <name>CvlHelpButton</name>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+</context>
+<context>
+    <name>CvlRemoveBackupButton</name>
+    <message>
+        <source>RemoveBackup</source>
+        <translation>RemoveBackup</translation>
+    </message>
+</context>
+<context>
+    <name>CvlResetButton</name>
+    <message>
+        <source>Reset</source>
+        <translation>Reset</translation>
+    </message>
+</context>
+<context>
+    <name>CvlSettingsButton</name>
+    <message>
+        <source>Settings</source>
+        <translation>Settings</translation>
+    </message>
+</context>
+<context>
+    <name>CvlUpdateButton</name>
+    <message>
+        <source>Update</source>
+        <translation>Update</translation>
+    </message>
+</context>
+<context>
     <name>QuillmarkMainWindow</name>
     <message>
         <source>Quillmark</source>
         <translation>Quillmark</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Path</translation>
+    </message>
+    <message>
+        <source>Dataset-Filter</source>
+        <translation>Dataset-Filter</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>Ready</translation>
+    </message>
+</context>
+<context>
+    <name>VlCatLabel</name>
+    <message>
+        <source>All</source>
+        <translation>All</translation>
+    </message>
+    <message>
+        <source>Selected</source>
+        <translation>Selected</translation>
+    </message>
+    <message>
+        <source>X-Plane 10</source>
+        <translation>X-Plane 10</translation>
+    </message>
+    <message>
+        <source>X-Plane 11</source>
+        <translation>X-Plane 11</translation>
+    </message>
+    <message>
+        <source>FSX</source>
+        <translation>FSX</translation>
+    </message>
+    <message>
+        <source>FS2004</source>
+        <translation>FS2004</translation>
+    </message>
+    <message>
+        <source>Prepar3D v2</source>
+        <translation>Prepar3D v2</translation>
+    </message>
+    <message>
+        <source>Prepar3D v3</source>
+        <translation>Prepar3D v3</translation>
+    </message>
+    <message>
+        <source>Prepar3D v4</source>
+        <translation>Prepar3D v4</translation>
+    </message>
+</context>
+<context>
+    <name>VlCatPropsLabel</name>
+    <message>
+        <source>Open Directory</source>
+        <translation>Open Directory</translation>
+    </message>
+    <message>
+        <source>Category-Properties</source>
+        <translation>Category-Properties</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>Name:</translation>
+    </message>
+    <message>
+        <source>Path:</source>
+        <translation>Path:</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Change</translation>
+    </message>
+</context>
+<context>
+    <name>VlProdLabel</name>
+    <message>
+        <source>Open Directory</source>
+        <translation>Open Directory</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>not found</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>unknown</translation>
+    </message>
+    <message>
+        <source>installed</source>
+        <translation>installed</translation>
+    </message>
+    <message>
+        <source>backup</source>
+        <translation>backup</translation>
+    </message>
+    <message>
+        <source>Path:</source>
+        <translation>Path:</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Change</translation>
+    </message>
+    <message>
+        <source>select</source>
+        <translation>select</translation>
+    </message>
+    <message>
+        <source>Dataset:</source>
+        <translation>Dataset:</translation>
+    </message>
+    <message>
+        <source>Cycle:</source>
+        <translation>Cycle:</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Update</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Reset</translation>
+    </message>
+    <message>
+        <source>remove backup files</source>
+        <translation>remove backup files</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Commands</translation>
+    </message>
+</context>
+<context>
+    <name>wdgBackupLocal</name>
+    <message>
+        <source>Backup</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
+        <source>Create backup info.</source>
+        <translation>Create backup info.</translation>
+    </message>
+    <message>
+        <source>Create backup</source>
+        <translation>Create backup</translation>
+    </message>
+    <message>
+        <source>Load backup</source>
+        <translation>Load backup</translation>
+    </message>
+    <message>
+        <source>backup empty</source>
+        <translation>backup empty</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+    <message>
+        <source>Run create backup.</source>
+        <translation>Run create backup.</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>failed</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>not found</translation>
+    </message>
+    <message>
+        <source>Run load backup.</source>
+        <translation>Run load backup.</translation>
+    </message>
+    <message>
+        <source>successful</source>
+        <translation>successful</translation>
     </message>
 </context>
 </TS>
