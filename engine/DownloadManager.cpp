@@ -3,7 +3,6 @@
 #include <QNetworkRequest>
 
 #include <cmath>
-#include <limits>
 #include <cstdio>
 
 int DownloadManager::stLastError = 0;
@@ -152,17 +151,9 @@ void DownloadManager::downloadReadyRead()
 {
     if (!m_reply)
         return;
-    // Everything ready, read into the buffer of the previous chunk: with the file streaming at
-    // full speed a fresh allocation per notification costs more than the copy itself.
-    const qint64 available = m_reply->bytesAvailable();
-    if (available <= 0 || available > std::numeric_limits<int>::max() - 1) {
-        m_lastData = m_reply->readAll();
-    } else {
-        if (m_lastData.isDetached() && m_lastData.capacity() < available)
-            m_lastData.reserve(int(available));
-        m_lastData.resize(int(available));
-        m_lastData.resize(int(m_reply->read(m_lastData.data(), available)));
-    }
+    // Everything ready. Asking for exactly what is buffered lets QIODevice hand over a single
+    // buffered block without copying it.
+    m_lastData = m_reply->read(m_reply->bytesAvailable());
     m_received += m_lastData.size();
     if (m_saveToFile && m_output.isOpen()) {
         // Slices keep the copy into the page cache inside the processor caches.
