@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTcpServer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
@@ -29,6 +30,12 @@ QByteArray readAll(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
+}
+
+bool writeUserFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write("mine") == 4;
 }
 
 // A loopback port nobody listens on.
@@ -320,6 +327,40 @@ private slots:
         QCOMPARE(errors.size(), 1);
         QVERIFY(errors.first().startsWith(QStringLiteral("Problem opening save file ") + dir + "/" + savedAs +
                                           " for download " + server.url(path) + "\n"));
+    }
+
+    void linkInTheWay_data()
+    {
+        QTest::addColumn<bool>("dangling");
+        QTest::newRow("link to a user's file") << false;
+        QTest::newRow("dangling link") << true;
+    }
+
+    // A link where the download lands is replaced; what it points at stays as it was.
+    void linkInTheWay()
+    {
+        QFETCH(bool, dangling);
+        TempAppDir app;
+        QTemporaryDir outside;
+        const QString userFile = outside.filePath("mine.txt");
+        if (!dangling)
+            QVERIFY(writeUserFile(userFile));
+        const QString downloads = app.filePath("downloads");
+        QVERIFY(QDir().mkpath(downloads));
+        QVERIFY(QFile::link(userFile, downloads + "/a.zip"));
+
+        TestServer server;
+        QVERIFY(server.start());
+        server.addContent("/a.zip", "fresh");
+        DownloadManager manager;
+        QSignalSpy finished(&manager, &DownloadManager::SignalFinished);
+        manager.credentials = Credentials;
+        manager.DownloadFile(QUrl(server.url("/a.zip")), true, downloads);
+        QVERIFY(finished.wait(20000));
+        QVERIFY(takeFinished(finished).errors.isEmpty());
+        QVERIFY(!QFileInfo(downloads + "/a.zip").isSymLink());
+        QCOMPARE(readAll(downloads + "/a.zip"), QByteArray("fresh"));
+        QCOMPARE(readAll(userFile), dangling ? QByteArray("<none>") : QByteArray("mine"));
     }
 
     void progressLine_data()

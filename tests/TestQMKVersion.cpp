@@ -182,6 +182,9 @@ private slots:
         QCOMPARE(server.lastRequest().path, "/downloads/quillmark/" + ReleaseFolder + ".zip");
         QVERIFY(QFile::exists(engine.GetNewQMKVersionZipFilePath()));
 
+        // A link where the updater lands must not lead the move into the user's folder.
+        QVERIFY(QFile::link(outside.path(), downloads + "/qmk_au.app"));
+
         MessageBoxSpy boxes;
         QSignalSpy unzipped(&engine, &CQMKVersion::SignalUnzipNewVersionFinished);
         QVERIFY(engine.InstallQuillmark());
@@ -190,6 +193,8 @@ private slots:
         QVERIFY(QFileInfo(engine.GetNewQMKVersionInstFilePath()).isDir());
         QCOMPARE(app.readFile("downloads/VL_QUILLMARK_V124.app/Contents/MacOS/Quillmark"), QByteArray("new program"));
         QVERIFY(QFileInfo(downloads + "/qmk_au.app/Contents/MacOS/qmk_au").isExecutable());
+        QVERIFY(!QFileInfo(downloads + "/qmk_au.app").isSymLink());
+        QCOMPARE(QDir(outside.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"keep.txt"});
         QVERIFY(QFile::exists(downloads + "/readme.txt"));
         QVERIFY(!QFile::exists(downloads + "/" + ReleaseFolder));
         const QByteArray log = app.readFile("log/log_qmkupdate.txt");
