@@ -172,7 +172,8 @@ void CQMKVersion::InitNewQMKVersion(QString filePath)
             problem = QStringLiteral("version is not made of letters and digits");
     }
     if (!problem.isEmpty()) {
-        const QString message = QStringLiteral("!!ERROR Unusable version file ") + filePath + QStringLiteral(": ") + problem;
+        const QString message =
+            QStringLiteral("!!ERROR Unusable version file ") + filePath + QStringLiteral(": ") + problem;
         m_log.WriteString(message, false);
         const QByteArray bytes = (message + QLatin1Char('\n')).toLocal8Bit();
         std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);

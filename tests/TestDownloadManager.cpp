@@ -70,12 +70,12 @@ class TestDownloadManager : public QObject
 private slots:
     void transfer_data()
     {
-        QTest::addColumn<QString>("scheme");      // "http", "https" or "refused"
+        QTest::addColumn<QString>("scheme"); // "http", "https" or "refused"
         QTest::addColumn<QByteArray>("credentials");
         QTest::addColumn<QString>("path");
         QTest::addColumn<TestServer::Fault>("fault");
-        QTest::addColumn<bool>("faultOnce");      // next request only, else every request
-        QTest::addColumn<int>("requests");        // HTTP requests the downloader sent
+        QTest::addColumn<bool>("faultOnce"); // next request only, else every request
+        QTest::addColumn<int>("requests");   // HTTP requests the downloader sent
         // Connections the server ends early. After such a close Qt's HTTP layer sometimes sends
         // the request once more on its own (and drops the answer), so the server may see that many more.
         QTest::addColumn<int>("earlyCloses");
@@ -93,14 +93,14 @@ private slots:
             << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << true << 2 << 0 << 0
             << int(QNetworkReply::InternalServerError) << false << body
             << QStringList{"!!!Error: Download-Error-ID=401", "Run Download2"};
-        QTest::newRow("server error twice") << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << false
-                                            << 2 << 0 << 0 << int(QNetworkReply::InternalServerError) << true
-                                            << QByteArray("Internal Server Error")
-                                            << QStringList{"Run Download2", "Failed download file"};
-        QTest::newRow("wrong credentials") << "http" << QByteArray("webclient:wrong") << "/quillmark/a.zip" << F::None
-                                           << false << 2 << 0 << 0 << int(QNetworkReply::AuthenticationRequiredError)
-                                           << true << QByteArray("Unauthorized")
-                                           << QStringList{"!!!Error: Download-Error-ID=204"};
+        QTest::newRow("server error twice")
+            << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << false << 2 << 0 << 0
+            << int(QNetworkReply::InternalServerError) << true << QByteArray("Internal Server Error")
+            << QStringList{"Run Download2", "Failed download file"};
+        QTest::newRow("wrong credentials")
+            << "http" << QByteArray("webclient:wrong") << "/quillmark/a.zip" << F::None << false << 2 << 0 << 0
+            << int(QNetworkReply::AuthenticationRequiredError) << true << QByteArray("Unauthorized")
+            << QStringList{"!!!Error: Download-Error-ID=204"};
         QTest::newRow("missing file") << "http" << Credentials << "/quillmark/missing.zip" << F::None << false << 2 << 0
                                       << 0 << int(QNetworkReply::ContentNotFoundError) << true
                                       << QByteArray("Not Found") << QStringList{"!!!Error: Download-Error-ID=203"};
@@ -115,8 +115,8 @@ private slots:
             << "https" << Credentials << "/quillmark/a.zip" << F::None << false << 1 << 0 << 1
             << int(QNetworkReply::SslHandshakeFailedError) << false << body
             << QStringList{"!!!Error: SSL-Error", "Run Download2"};
-        QTest::newRow("connection refused") << "refused" << Credentials << "/quillmark/a.zip" << F::None << false << 0 << 0
-                                            << 0 << int(QNetworkReply::ConnectionRefusedError) << true
+        QTest::newRow("connection refused") << "refused" << Credentials << "/quillmark/a.zip" << F::None << false << 0
+                                            << 0 << 0 << int(QNetworkReply::ConnectionRefusedError) << true
                                             << QByteArray() << QStringList{"!!!Error: Download-Error-ID=1"};
     }
 
@@ -287,8 +287,12 @@ private slots:
         QTest::addColumn<QString>("folder"); // below the temporary program folder
         QTest::addColumn<QString>("savedAs");
         QTest::addColumn<bool>("sent");
-        QTest::newRow("path ending in a slash") << "/quillmark/" << "downloads" << "download" << true;
-        QTest::newRow("missing download folder") << "/quillmark/a.zip" << "no/such/folder" << "a.zip" << false;
+        QTest::newRow("path ending in a slash") << "/quillmark/"
+                                                << "downloads"
+                                                << "download" << true;
+        QTest::newRow("missing download folder") << "/quillmark/a.zip"
+                                                 << "no/such/folder"
+                                                 << "a.zip" << false;
     }
 
     void targetProblems()

@@ -41,12 +41,18 @@
 class TestServer
 {
 public:
-    enum class Fault { None, ServerError, CloseMidBody, Slow };
+    enum class Fault
+    {
+        None,
+        ServerError,
+        CloseMidBody,
+        Slow
+    };
 
     struct Request
     {
         QByteArray method;
-        QString path;                        // decoded URL path, without query
+        QString path;                         // decoded URL path, without query
         QMap<QByteArray, QByteArray> headers; // names in lower case
         QByteArray body;
         int status = 0;     // status code the server answered with
