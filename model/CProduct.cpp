@@ -132,8 +132,8 @@ QString CProduct::TranslateNewProdPath()
         if (!folder.isEmpty() && QDir(folder).exists() && m_pCategory->CheckPath())
             base = folder;
         else
-            base = QLatin1Char('<') + m_pCategory->GetName() + QStringLiteral(" - ")
-                   + QCoreApplication::translate("QuillmarkMainWindow", "Path") + QLatin1Char('>');
+            base = QLatin1Char('<') + m_pCategory->GetName() + QStringLiteral(" - ") +
+                   QCoreApplication::translate("QuillmarkMainWindow", "Path") + QLatin1Char('>');
         return joinRest(base, parts);
     }
     // "$ProductPath" and "$RegistryKey" are shown as written.
@@ -303,8 +303,8 @@ void CProduct::RemoveFileList()
         if (target.isEmpty())
             continue;
         if (!IsInsideProductFolders(target)) {
-            m_log.WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ")
-                                  + entry + QStringLiteral(" -> ") + target,
+            m_log.WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ") +
+                                  entry + QStringLiteral(" -> ") + target,
                               false);
             continue;
         }

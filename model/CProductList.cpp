@@ -73,8 +73,8 @@ void CProductList::InitProp(QXmlStreamReader& xml)
     // names are dropped ("Prepar3D" without a version); kept so.
     DropProducts([](const CProduct* product) {
         const QString category = product->GetCategoryName();
-        return category == QLatin1String("FSX") || category == QLatin1String("FS2004")
-               || category == QLatin1String("Prepar3D");
+        return category == QLatin1String("FSX") || category == QLatin1String("FS2004") ||
+               category == QLatin1String("Prepar3D");
     });
 }
 
@@ -178,8 +178,8 @@ void CProductList::parseProductProductPath(QXmlStreamReader& xml)
         const int at = text.indexOf(QLatin1String("NavData"));
         if (at < 0 || at != text.length() - 7) {
             m_pCurrent->GetLog().WriteString(
-                QStringLiteral("Orbital Route Planner: product_path without NavData, appending ORPX Data/NavData -> ")
-                    + text,
+                QStringLiteral("Orbital Route Planner: product_path without NavData, appending ORPX Data/NavData -> ") +
+                    text,
                 false);
             text += QStringLiteral("\\ORPX Data\\NavData");
         }

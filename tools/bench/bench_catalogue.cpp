@@ -30,14 +30,26 @@ QByteArray makeCatalogue(int products, bool shuffled)
                      "  <products>\n";
     for (int i : order) {
         const QByteArray n = QByteArray::number(i);
-        xml += "    <name>Add-on " + n.rightJustified(6, '0') + "</name>\n"
-               "    <dataset>" + (i % 3 ? "fmc_procedures" : "xplane_native") + "</dataset>\n"
-               "    <product_path>$SimPath\\Aircraft\\Add-on " + n + "</product_path>\n"
-               "    <install_path>$ProductPath\\navdata:\\addon" + n + "</install_path>\n"
+        xml += "    <name>Add-on " + n.rightJustified(6, '0') +
+               "</name>\n"
+               "    <dataset>" +
+               (i % 3 ? "fmc_procedures" : "xplane_native") +
+               "</dataset>\n"
+               "    <product_path>$SimPath\\Aircraft\\Add-on " +
+               n +
+               "</product_path>\n"
+               "    <install_path>$ProductPath\\navdata:\\addon" +
+               n +
+               "</install_path>\n"
                "    <install_path>$SimPath\\Custom Data:\\shared</install_path>\n"
                "    <cycle_info_path>$ProductPath\\navdata</cycle_info_path>\n"
-               "    <category>" + (i % 10 == 9 ? "FSX" : i % 2 ? "X-Plane 11" : "X-Plane 10") + "</category>\n"
-               "    <update>" + (i % 7 ? "false" : "true") + "</update>\n";
+               "    <category>" +
+               (i % 10 == 9 ? "FSX"
+                : i % 2     ? "X-Plane 11"
+                            : "X-Plane 10") +
+               "</category>\n"
+               "    <update>" +
+               (i % 7 ? "false" : "true") + "</update>\n";
     }
     xml += "  </products>\n</data>\n";
     return xml;
