@@ -138,7 +138,7 @@ QString CProduct::TranslateNewProdPath()
     }
     // "$ProductPath" and "$RegistryKey" are shown as written.
     QString base;
-    if (first != kProductPath && staticBase(first, base))
+    if (staticBase(first, base))
         return joinRest(base, parts);
     return path;
 }
@@ -159,7 +159,7 @@ void CProduct::InitNewProdPath(QString text)
         else if (m_pCategory->CheckPath())
             m_strNewProductPath = joinRest(m_pCategory->GetPath(), parts);
         // A category whose folder does not hold the simulator leaves the old value.
-    } else if (first != kProductPath && staticBase(first, base)) {
+    } else if (staticBase(first, base)) {
         m_strNewProductPath = joinRest(base, parts);
     } else if (first == kRegistryKey) {
         m_log.WriteString(QStringLiteral("**********************************"), false);
