@@ -37,8 +37,8 @@ bool switchValue(const QString& text)
 // host, or host:port with a port from 1 to 65535; IPv6 hosts in brackets.
 bool isServerAddress(const QString& text)
 {
-    static const QRegularExpression pattern(QStringLiteral(
-        "^(?:[A-Za-z0-9](?:[A-Za-z0-9.-]*[A-Za-z0-9])?|\\[[0-9A-Fa-f:.]+\\])(?::([0-9]{1,5}))?$"));
+    static const QRegularExpression pattern(
+        QStringLiteral("^(?:[A-Za-z0-9](?:[A-Za-z0-9.-]*[A-Za-z0-9])?|\\[[0-9A-Fa-f:.]+\\])(?::([0-9]{1,5}))?$"));
     const QRegularExpressionMatch match = pattern.match(text);
     if (!match.hasMatch())
         return false;

@@ -6,11 +6,10 @@
 #include "support/MessageBoxSpy.h"
 #include "support/TempAppDir.h"
 
-#include <QDir>
 #include <QtTest>
 
 namespace {
-// One line per product: name;category;dataset;product_path;update;install paths;remove files
+// name;category;dataset;product_path;update;install paths;remove files
 QString describe(CProduct* p)
 {
     QStringList installs;
@@ -20,37 +19,24 @@ QString describe(CProduct* p)
                        p->GetCategoryName(),
                        p->GetDataset(),
                        p->GetProductPath(),
-                       p->GetUpdate() ? QStringLiteral("1") : QStringLiteral("0"),
+                       p->GetUpdate() ? "1" : "0",
                        installs.join(QLatin1Char(',')),
-                       p->GetRemoveFiles().join(QLatin1Char(','))}
+                       p->GetRemoveFiles().join(',')}
         .join(QLatin1Char(';'));
 }
 
-QStringList productLines(CDataModel& model)
+QStringList lists(CDataModel& model)
 {
     QStringList lines;
     for (int i = 0; i < model.GetProductListSize(); ++i)
         lines << describe(model.GetProductByIndex(i));
+    for (int i = 0; i < model.GetCategoryListSize(); ++i)
+        lines << "cat " + model.GetCategoryByIndex(i)->GetName() + '=' + model.GetCategoryByIndex(i)->GetPath();
+    for (int i = 0; i < model.GetDatasetList()->GetSize(); ++i)
+        lines << "ds " + model.GetDatasetList()->GetByIndex(i)->GetName();
     return lines;
 }
 
-QStringList categoryNames(CDataModel& model)
-{
-    QStringList names;
-    for (int i = 0; i < model.GetCategoryListSize(); ++i)
-        names << model.GetCategoryByIndex(i)->GetName() + QLatin1Char('=') + model.GetCategoryByIndex(i)->GetPath();
-    return names;
-}
-
-QStringList datasetNames(CDataModel& model)
-{
-    QStringList names;
-    for (int i = 0; i < model.GetDatasetList()->GetSize(); ++i)
-        names << model.GetDatasetList()->GetByIndex(i)->GetName();
-    return names;
-}
-
-// A small X-Plane 11 product: <p>name|extra elements</p>
 QByteArray product(const char* name, const char* extra = "")
 {
     return QByteArray("<name>") + name + "</name><category>X-Plane 11</category>" + extra;
@@ -58,8 +44,8 @@ QByteArray product(const char* name, const char* extra = "")
 
 QByteArray catalogue(const QByteArray& products, const QByteArray& rest = QByteArray())
 {
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>" + rest + "<products><data>" + products
-           + "</data></products></data>\n";
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>" + rest + "<products><data>" + products +
+           "</data></products></data>\n";
 }
 } // namespace
 
@@ -74,356 +60,261 @@ private slots:
     void installGroups();
     void badInput_data();
     void badInput();
-    void defaultAndDemoCatalogues();
+    void shippedCatalogues();
 };
 
 void TestCatalogue::parse_data()
 {
     QTest::addColumn<QByteArray>("xml");
-    QTest::addColumn<QStringList>("products");
-    QTest::addColumn<QStringList>("categories");
-    QTest::addColumn<QStringList>("datasets");
+    QTest::addColumn<QStringList>("expected");
+    const QString all = QStringLiteral("cat All=");
 
-    const QStringList justAll{QStringLiteral("All=")};
-
-    QTest::newRow("no categories section still gives All")
-        << catalogue(product("P")) << QStringList{"P;X-Plane 11;;;0;;"} << justAll << QStringList();
-
-    QTest::newRow("upper case sorts before lower case")
+    QTest::newRow("code-unit order, All without a categories section")
         << catalogue(product("b") + product("A") + product("a") + product("B"))
-        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;;;0;;", "a;X-Plane 11;;;0;;", "b;X-Plane 11;;;0;;"}
-        << justAll << QStringList();
-
+        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;;;0;;", "a;X-Plane 11;;;0;;", "b;X-Plane 11;;;0;;", all};
     QTest::newRow("equal names keep catalogue order")
-        << catalogue(product("Same", "<dataset>one</dataset>") + product("Alpha")
-                     + product("Same", "<dataset>two</dataset>") + product("Same", "<dataset>three</dataset>"))
-        << QStringList{"Alpha;X-Plane 11;;;0;;", "Same;X-Plane 11;one;;0;;", "Same;X-Plane 11;two;;0;;",
-                       "Same;X-Plane 11;three;;0;;"}
-        << justAll << QStringList();
-
-    QTest::newRow("only the two X-Plane categories are kept")
+        << catalogue(product("Same", "<dataset>1</dataset>") + product("Alpha") +
+                     product("Same", "<dataset>2</dataset>") + product("Same", "<dataset>3</dataset>"))
+        << QStringList{"Alpha;X-Plane 11;;;0;;", "Same;X-Plane 11;1;;0;;", "Same;X-Plane 11;2;;0;;",
+                       "Same;X-Plane 11;3;;0;;", all};
+    QTest::newRow("only the X-Plane categories")
         << catalogue("<name>F</name><category>FSX</category><name>T</name><category>X-Plane 10</category>"
-                     "<name>N</name><name>P</name><category>Prepar3D v4</category>"
-                     "<name>E</name><category>x-plane 11</category>")
-        << QStringList{"T;X-Plane 10;;;0;;"} << justAll << QStringList();
-
-    QTest::newRow("repeated install_path adds, repeated product_path replaces")
-        << catalogue(product("P", "<product_path>$SimPath\\first</product_path>"
-                                  "<install_path>$SimPath\\A:\\x</install_path>"
-                                  "<product_path>$SimPath\\\\second</product_path>"
-                                  "<install_path>$ProductPath/B</install_path>"
-                                  "<remove_file> $ProductPath\\old.bin </remove_file>"))
-        << QStringList{"P;X-Plane 11;;$SimPath/second;0;$SimPath/A>/x,$ProductPath/B>;$ProductPath\\old.bin"}
-        << justAll << QStringList();
-
-    QTest::newRow("update is case-sensitive and the last one wins")
-        << catalogue(product("A", "<update>true</update>") + product("B", "<update>TRUE</update>")
-                     + product("C", "<update>true</update><update>no</update>")
-                     + product("D", "<update>false</update><update> true </update>"))
-        << QStringList{"A;X-Plane 11;;;1;;", "B;X-Plane 11;;;0;;", "C;X-Plane 11;;;0;;", "D;X-Plane 11;;;1;;"}
-        << justAll << QStringList();
-
-    QTest::newRow("route planner path gets its NavData folder")
-        << catalogue(product("Orbital Route Planner X", "<product_path>$SimPath</product_path>")
-                     + product("Orbital Route Planner Y", "<product_path>$SimPath\\ORPX Data\\NavData</product_path>")
-                     + product("Orbital Route Planner Z", "<product_path>D:\\NavData\\ORP</product_path>")
-                     + product("orbital route planner", "<product_path>$SimPath</product_path>"))
+                     "<name>N</name><name>E</name><category>x-plane 11</category>")
+        << QStringList{"T;X-Plane 10;;;0;;", all};
+    QTest::newRow("repeated fields, empty elements")
+        << catalogue(product("P", "<product_path>$SimPath\\first</product_path><install_path>$SimPath\\A:\\x"
+                                  "</install_path><product_path>$SimPath\\\\second</product_path><product_path>"
+                                  "  </product_path><dataset>d</dataset><dataset/><install_path>$ProductPath/B"
+                                  "</install_path><remove_file> $ProductPath\\old.bin </remove_file>"))
+        << QStringList{"P;X-Plane 11;d;$SimPath/second;0;$SimPath/A>/x,$ProductPath/B>;$ProductPath\\old.bin", all};
+    QTest::newRow("update is case-sensitive")
+        << catalogue(product("A", "<update>true</update>") + product("B", "<update>TRUE</update>") +
+                     product("C", "<update>true</update><update>no</update>"))
+        << QStringList{"A;X-Plane 11;;;1;;", "B;X-Plane 11;;;0;;", "C;X-Plane 11;;;0;;", all};
+    QTest::newRow("route planner NavData")
+        << catalogue(product("Orbital Route Planner X", "<product_path>$SimPath</product_path>") +
+                     product("Orbital Route Planner Y", "<product_path>$SimPath\\ORPX Data\\NavData</product_path>") +
+                     product("Orbital Route Planner Z", "<product_path>D:\\NavData\\ORP</product_path>") +
+                     product("orbital route planner", "<product_path>$SimPath</product_path>"))
         << QStringList{"Orbital Route Planner X;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
                        "Orbital Route Planner Y;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
                        "Orbital Route Planner Z;X-Plane 11;;D:/NavData/ORP/ORPX Data/NavData;0;;",
-                       "orbital route planner;X-Plane 11;;$SimPath;0;;"}
-        << justAll << QStringList();
-
+                       "orbital route planner;X-Plane 11;;$SimPath;0;;", all};
     QTest::newRow("end of data ends the categories")
-        << catalogue("", "<categories><data><name>X-Plane 10</name><path> /sims/xp10 </path>"
-                         "<name>X-Plane 11</name></data><name>Late</name><path>/late</path></categories>"
+        << catalogue("", "<categories><path>/nowhere</path><data><name>X-Plane 10</name><path> /sims/xp10 </path>"
+                         "<name>X-Plane 11</name></data><name>Late</name></categories>"
                          "<datasets><name>d1</name><name> </name><name>d2</name></datasets>")
-        << QStringList() << QStringList{"All=", "X-Plane 10=/sims/xp10", "X-Plane 11="}
-        << QStringList{"d1", "d2"};
-
-    QTest::newRow("path before any category name is ignored")
-        << catalogue("", "<categories><path>/nowhere</path><name>FSX</name><path>C:\\FSX</path></categories>")
-        << QStringList() << QStringList{"All=", "FSX=C:\\FSX"} << QStringList();
-
-    QTest::newRow("fields before a name or after an empty name are ignored")
-        << catalogue("<dataset>orphan</dataset><category>X-Plane 11</category>" + product("A")
-                     + "<name>  </name><dataset>lost</dataset>" + product("B", "<dataset>kept</dataset>"))
-        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;kept;;0;;"} << justAll << QStringList();
-
-    QTest::newRow("empty elements leave fields unchanged")
-        << catalogue(product("A", "<dataset>ds</dataset><dataset></dataset><dataset/>"
-                                  "<product_path>$SimPath</product_path><product_path>   </product_path>"))
-        << QStringList{"A;X-Plane 11;ds;$SimPath;0;;"} << justAll << QStringList();
-
+        << QStringList{all, "cat X-Plane 10=/sims/xp10", "cat X-Plane 11=", "ds d1", "ds d2"};
+    QTest::newRow("fields before a name or after an empty one are ignored")
+        << catalogue("<dataset>orphan</dataset>" + product("A", "<x><dataset><b>bold</b></dataset></x>") +
+                     "<name>  </name><dataset>lost</dataset>" + product("B", "<dataset>kept</dataset>"))
+        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;kept;;0;;", all};
     QTest::newRow("a datasets token ends the products")
-        << QByteArray("<data><products>" + product("A") + "<datasets><name>d</name></datasets>" + product("B")
-                      + "</products></data>")
-        << QStringList{"A;X-Plane 11;;;0;;"} << justAll << QStringList{"d"};
-
-    QTest::newRow("unknown elements and nesting are skipped")
-        << catalogue("<product><name>A</name><extra><category>X-Plane 11</category></extra>"
-                     "<dataset><b>bold</b></dataset><unknown>1</unknown></product>",
-                     "<comment>text</comment>")
-        << QStringList{"A;X-Plane 11;;;0;;"} << justAll << QStringList();
+        << QByteArray("<data><products>" + product("A") + "<datasets><name>d</name></datasets>" + product("B") +
+                      "</products></data>")
+        << QStringList{"A;X-Plane 11;;;0;;", all, "ds d"};
 }
 
 void TestCatalogue::parse()
 {
     QFETCH(QByteArray, xml);
-    QFETCH(QStringList, products);
-    QFETCH(QStringList, categories);
-    QFETCH(QStringList, datasets);
-
+    QFETCH(QStringList, expected);
     TempAppDir dir;
     MessageBoxSpy spy;
     QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), xml));
     CDataModel model;
     model.Init(QStringLiteral("test"));
-
     QCOMPARE(spy.count(), 0);
-    QCOMPARE(productLines(model), products);
-    QCOMPARE(categoryNames(model), categories);
-    QCOMPARE(datasetNames(model), datasets);
+    QCOMPARE(lists(model), expected);
 }
 
 void TestCatalogue::installGroups_data()
 {
     QTest::addColumn<QByteArray>("products");
-    QTest::addColumn<QStringList>("selected");
+    QTest::addColumn<QString>("selected");
     QTest::addColumn<QStringList>("groups");
-    QTest::addColumn<QStringList>("selectedAfter");
+    QTest::addColumn<QString>("selectedAfter");
 
-    QTest::newRow("same dataset and paths share a group")
-        << (product("A", "<dataset>d</dataset><install_path>$SimPath\\Custom Data:\\x</install_path>")
-            + product("B", "<dataset>d</dataset><install_path>$SimPath/Custom Data:/y</install_path>")
-            + product("C", "<dataset>d</dataset><install_path>$SimPath/Other</install_path>"))
-        << QStringList{"B"} << QStringList{"A,B", "C"} << QStringList{"A", "B"};
-
-    QTest::newRow("another dataset opens its own group")
-        << (product("A", "<dataset>d</dataset><install_path>$SimPath/Custom Data</install_path>")
-            + product("B", "<dataset>e</dataset><install_path>$SimPath/Custom Data</install_path>"))
-        << QStringList{"A"} << QStringList{"A", "B"} << QStringList{"A"};
-
-    QTest::newRow("different numbers of paths: the dataset decides")
-        << (product("A", "<dataset>d</dataset><install_path>$SimPath/One</install_path>")
-            + product("B", "<dataset>d</dataset><install_path>$SimPath/Two</install_path>"
-                           "<install_path>$SimPath/Three</install_path>")
-            + product("C", "<dataset>d</dataset>"))
-        << QStringList{"C"} << QStringList{"A,B,C"} << QStringList{"A", "B", "C"};
-
+    QTest::newRow("same dataset and paths")
+        << (product("A", "<dataset>d</dataset><install_path>$SimPath\\Custom Data:\\x</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/Custom Data:/y</install_path>") +
+            product("C", "<dataset>d</dataset><install_path>$SimPath/Other</install_path>") +
+            product("D", "<dataset>e</dataset><install_path>$SimPath/Custom Data</install_path>"))
+        << "B" << QStringList{"A,B", "C", "D"} << "A,B";
+    QTest::newRow("path count differs: dataset decides")
+        << (product("A", "<dataset>d</dataset><install_path>$SimPath/One</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/Two</install_path>"
+                         "<install_path>$SimPath/Three</install_path>") +
+            product("C", "<dataset>d</dataset>"))
+        << "C" << QStringList{"A,B,C"} << "A,B,C";
     QTest::newRow("unresolved paths never match")
-        << (product("A", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>")
-            + product("B", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>"))
-        << QStringList() << QStringList{"A", "B"} << QStringList();
-
+        << (product("A", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>"))
+        << "" << QStringList{"A", "B"} << "";
     QTest::newRow("order of paths matters")
-        << (product("A", "<dataset>d</dataset><install_path>$SimPath/One</install_path>"
-                         "<install_path>$SimPath/Two</install_path>")
-            + product("B", "<dataset>d</dataset><install_path>$SimPath/Two</install_path>"
-                           "<install_path>$SimPath/One</install_path>")
-            + product("C", "<dataset>d</dataset><install_path>$SimPath/One</install_path>"
-                           "<install_path>$SimPath//Two</install_path>"))
-        << QStringList{"A", "B"} << QStringList{"A,C", "B"} << QStringList{"A", "B", "C"};
+        << (product("A", "<dataset>d</dataset><install_path>$SimPath/1</install_path><install_path>$SimPath/2"
+                         "</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/2</install_path><install_path>$SimPath/1"
+                         "</install_path>") +
+            product("C", "<dataset>d</dataset><install_path>$SimPath/1</install_path><install_path>$SimPath//2"
+                         "</install_path>"))
+        << "B" << QStringList{"A,C", "B"} << "B";
 }
 
 void TestCatalogue::installGroups()
 {
     QFETCH(QByteArray, products);
-    QFETCH(QStringList, selected);
+    QFETCH(QString, selected);
     QFETCH(QStringList, groups);
-    QFETCH(QStringList, selectedAfter);
-
+    QFETCH(QString, selectedAfter);
     TempAppDir dir;
-    const QByteArray sim = dir.filePath(QStringLiteral("sim")).toUtf8();
     QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("sim/X-Plane.app"))));
-    QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"),
-                          catalogue(products, "<categories><name>X-Plane 11</name><path>" + sim
-                                                  + "</path></categories>")));
+    QVERIFY(
+        dir.writeFile(QStringLiteral("bin/base_ini.xml"),
+                      catalogue(products, "<categories><name>X-Plane 11</name><path>" +
+                                              dir.filePath(QStringLiteral("sim")).toUtf8() + "</path></categories>")));
     CDataModel model;
     model.Init(QString());
-    for (const QString& name : selected)
-        model.GetProductByName(name)->SetUpdate(true);
+    if (!selected.isEmpty())
+        model.GetProductByName(selected)->SetUpdate(true);
 
-    model.InitProdUpdateListForUpdateOrReset(true);
-
-    QStringList found;
-    CInstallGroupList* list = model.GetInstallGroupList();
-    for (int i = 0; i < list->GetSize(); ++i)
-        found << list->GetByIndex(i)->GetProdNames().join(QLatin1Char(','));
-    QCOMPARE(found, groups);
-    QVERIFY(!list->GetByIndex(list->GetSize()));
-
-    QStringList nowSelected;
-    for (int i = 0; i < model.GetProductListSize(); ++i) {
-        CProduct* p = model.GetProductByIndex(i);
-        QVERIFY(p->GetInstallGroup());
-        if (p->GetUpdate())
-            nowSelected << p->GetName();
+    for (int round = 0; round < 2; ++round) { // rebuilding leaves no stale groups
+        model.InitProdUpdateListForUpdateOrReset(round == 0);
+        QStringList found;
+        for (int i = 0; i < model.GetInstallGroupList()->GetSize(); ++i)
+            found << model.GetInstallGroupList()->GetByIndex(i)->GetProdNames().join(QLatin1Char(','));
+        QCOMPARE(found, groups);
     }
-    QCOMPARE(nowSelected, selectedAfter);
-
-    // Deselecting one member deselects its whole group.
-    if (!selectedAfter.isEmpty()) {
-        model.GetProductByName(selectedAfter.first())->SetUpdate(false);
-        for (CProduct* p : model.GetProductByName(selectedAfter.first())->GetInstallGroup()->GetProducts())
+    QStringList now;
+    for (int i = 0; i < model.GetProductListSize(); ++i) {
+        if (model.GetProductByIndex(i)->GetUpdate())
+            now << model.GetProductByIndex(i)->GetName();
+    }
+    QCOMPARE(now.join(QLatin1Char(',')), selectedAfter);
+    if (!selected.isEmpty()) { // deselecting one member deselects its group
+        model.GetProductByName(selected)->SetUpdate(false);
+        for (CProduct* p : model.GetProductByName(selected)->GetInstallGroup()->GetProducts())
             QVERIFY2(!p->GetUpdate(), qPrintable(p->GetName()));
     }
-
-    // Rebuilding twice must not leave stale groups or links behind.
-    model.InitProdUpdateListForUpdateOrReset(false);
-    QCOMPARE(list->GetSize(), groups.size());
 }
 
 void TestCatalogue::badInput_data()
 {
-    QTest::addColumn<QByteArray>("content"); // null: no file at all
-    QTest::addColumn<QString>("boxTitle");   // empty: no box
-    QTest::addColumn<QString>("boxText");    // empty: any non-empty text
-    QTest::addColumn<QStringList>("products");
+    QTest::addColumn<QByteArray>("content"); // null: no file
+    QTest::addColumn<QString>("box");        // title, or title|text; empty: no box
+    QTest::addColumn<QString>("products");
 
     const QByteArray good = catalogue(product("Kept", "<dataset>d</dataset>"));
-
-    QTest::newRow("missing file") << QByteArray() << "Error! Init base" << "Couldn't open bin/base_ini.xml"
-                                  << QStringList();
-    QTest::newRow("empty file") << QByteArray("") << "parseXML" << "" << QStringList();
-    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML" << ""
-                               << QStringList{"Kept"};
-    QTest::newRow("not well formed")
-        << QByteArray("<data><products>" + product("Kept") + "</category></products></data>") << "parseXML" << ""
-        << QStringList{"Kept"};
-    QTest::newRow("not UTF-8")
-        << QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?><data><products>" + product("Kept")
-                      + product("Caf\xe9") + "</products></data>")
-        << "parseXML" << "" << QStringList();
     QByteArray binary;
     for (int i = 0; i < 4096; ++i)
         binary.append(char((i * 131 + 7) % 256));
-    QTest::newRow("binary") << binary << "parseXML" << "" << QStringList();
-    QTest::newRow("two roots") << good + good << "parseXML" << "" << QStringList{"Kept"};
+    QByteArray nested = "<data><products>" + product("Deep") + QByteArray("<n>").repeated(20000) +
+                        "<name>Inner</name><category>X-Plane 10</category>" + QByteArray("</n>").repeated(20000) +
+                        "</products></data>";
+    QByteArray large = "<data><products>" + product("First") +
+                       QByteArray("<unknown attribute=\"value\">text nobody reads</unknown>\n").repeated(600000) +
+                       product("Last") + "</products></data>";
 
-    QByteArray nested = "<data><products>" + product("Deep");
-    for (int i = 0; i < 20000; ++i)
-        nested += "<n>";
-    nested += "<name>Inner</name><category>X-Plane 10</category>";
-    for (int i = 0; i < 20000; ++i)
-        nested += "</n>";
-    nested += "</products></data>";
-    QTest::newRow("deeply nested") << nested << "" << "" << QStringList{"Deep", "Inner"};
-
-    // Tens of megabytes of unknown elements around two products.
-    QByteArray large = "<data><products>" + product("First");
-    const QByteArray filler = "<unknown attribute=\"value\">some text that nobody reads</unknown>\n";
-    while (large.size() < 30 * 1024 * 1024)
-        large += filler;
-    large += product("Last") + "</products></data>";
-    QTest::newRow("very large") << large << "" << "" << QStringList{"First", "Last"};
-
+    QTest::newRow("missing") << QByteArray() << "Error! Init base|Couldn't open bin/base_ini.xml"
+                             << "";
+    QTest::newRow("empty") << QByteArray("") << "parseXML"
+                           << "";
+    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML"
+                               << "Kept";
+    QTest::newRow("not well formed") << "<data><products>" + product("Kept") + "</category></products></data>"
+                                     << "parseXML"
+                                     << "Kept";
+    QTest::newRow("not UTF-8") << "<data><products>" + product("Caf\xe9") + "</products></data>"
+                               << "parseXML"
+                               << "";
+    QTest::newRow("binary") << binary << "parseXML"
+                            << "";
+    QTest::newRow("two documents") << good + good << "parseXML"
+                                   << "Kept";
+    QTest::newRow("deeply nested") << nested << ""
+                                   << "Deep,Inner";
+    QTest::newRow("very large") << large << ""
+                                << "First,Last";
     QTest::newRow("repeated sections add up")
-        << catalogue(product("B"), "<products>" + product("A") + "</products>") << "" << "" << QStringList{"A", "B"};
-    QTest::newRow("unknown and repeated elements")
-        << catalogue(product("A", "<category>X-Plane 11</category><category>X-Plane 11</category><x/><y>1</y>"))
-        << "" << "" << QStringList{"A"};
-    QTest::newRow("everything filtered away")
-        << catalogue("<name>A</name><category>FSX</category><name>B</name>") << "" << "" << QStringList();
-    QTest::newRow("products without dataset or path")
-        << catalogue(product("NoDataset", "<product_path>$SimPath</product_path>") + product("NoPath"))
-        << "" << "" << QStringList{"NoDataset", "NoPath"};
+        << catalogue(product("B"), "<products>" + product("A") + "</products>") << ""
+        << "A,B";
+    QTest::newRow("everything filtered away") << catalogue("<name>A</name><category>FSX</category><name>B</name>") << ""
+                                              << "";
+    QTest::newRow("without dataset or path")
+        << catalogue(product("NoDataset", "<product_path>$SimPath</product_path>") + product("NoPath")) << ""
+        << "NoDataset,NoPath";
 }
 
 void TestCatalogue::badInput()
 {
     QFETCH(QByteArray, content);
-    QFETCH(QString, boxTitle);
-    QFETCH(QString, boxText);
-    QFETCH(QStringList, products);
-
+    QFETCH(QString, box);
+    QFETCH(QString, products);
     TempAppDir dir;
     MessageBoxSpy spy;
     if (!content.isNull())
         QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), content));
-
     CDataModel model;
     model.Init(QString());
 
-    if (boxTitle.isEmpty()) {
-        QCOMPARE(spy.count(), 0);
-    } else {
-        QCOMPARE(spy.count(), 1);
-        QCOMPARE(spy.boxes().first().title, boxTitle);
-        if (boxTitle == QLatin1String("parseXML"))
-            QCOMPARE(spy.boxes().first().icon, QMessageBox::NoIcon);
-        else
-            QCOMPARE(spy.boxes().first().icon, QMessageBox::Critical);
-        if (boxText.isEmpty())
-            QVERIFY(!spy.boxes().first().text.isEmpty());
-        else
-            QCOMPARE(spy.boxes().first().text, boxText);
-        // The log names the file and where it went wrong.
-        QVERIFY(dir.readFile(QStringLiteral("log/log_datamodel.txt")).contains("base_ini.xml"));
+    QCOMPARE(spy.count(), box.isEmpty() ? 0 : 1);
+    if (!box.isEmpty()) {
+        const MessageBoxSpy::Box& shown = spy.boxes().first();
+        QCOMPARE(shown.title, box.section(QLatin1Char('|'), 0, 0));
+        QCOMPARE(shown.icon, box.contains(QLatin1Char('|')) ? QMessageBox::Critical : QMessageBox::NoIcon);
+        QVERIFY(!shown.text.isEmpty());
+        if (box.contains(QLatin1Char('|')))
+            QCOMPARE(shown.text, box.section(QLatin1Char('|'), 1));
+        QVERIFY(dir.readFile(QStringLiteral("log/log_datamodel.txt")).contains("base_ini.xml")); // names the file
     }
     QStringList names;
-    for (int i = 0; i < model.GetProductListSize(); ++i)
+    for (int i = 0; i < model.GetProductListSize(); ++i) {
         names << model.GetProductByIndex(i)->GetName();
-    QCOMPARE(names, products);
-
-    // Reading never touches the catalogue, and start-up does not write settings.
+        QVERIFY(!model.GetProductByIndex(i)->GetCategory()); // its category name matches no category
+    }
+    QCOMPARE(names.join(QLatin1Char(',')), products);
+    QCOMPARE(model.GetCategoryListSize(), content.isNull() ? 0 : 1);
     QCOMPARE(dir.readFile(QStringLiteral("bin/base_ini.xml")), content.isNull() ? QByteArray() : content);
-    QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("bin/prop_ini.xml"))));
 }
 
-void TestCatalogue::defaultAndDemoCatalogues()
+void TestCatalogue::shippedCatalogues()
 {
     const QString source = QString::fromLocal8Bit(qgetenv("QMK_TEST_SOURCE_DIR"));
     if (source.isEmpty())
         QSKIP("source folder not known");
-
-    {
-        TempAppDir dir;
-        MessageBoxSpy spy;
-        QFile shipped(source + QStringLiteral("/resources/bin/base_ini.xml"));
-        QVERIFY(shipped.open(QIODevice::ReadOnly));
-        QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), shipped.readAll()));
-        CDataModel model;
-        model.Init(QString());
-        QCOMPARE(spy.count(), 0);
-        QVERIFY(model.GetProductListSize() >= 6);
-        QVERIFY(model.GetCategoryByName(QStringLiteral("X-Plane 10")));
-        QVERIFY(model.GetCategoryByName(QStringLiteral("FSX")));
-        for (int i = 0; i < model.GetProductListSize(); ++i) {
-            CProduct* p = model.GetProductByIndex(i);
-            QVERIFY2(p->GetCategory(), qPrintable(p->GetName()));
-            QVERIFY2(model.GetDatasetList()->GetByName(p->GetDataset()), qPrintable(p->GetName()));
-            QVERIFY2(!p->GetInstallPaths().isEmpty() && !p->GetCycleInfoPath().isEmpty(), qPrintable(p->GetName()));
-        }
-    }
-
-    // The demo script builds folders in which the demo products show different states.
+    // The demo script makes simulator folders in which the demo products show different states.
     TempAppDir dir;
     MessageBoxSpy spy;
     QProcess script;
     script.start(source + QStringLiteral("/tools/demo/make-demo-sims.sh"),
                  {dir.filePath(QStringLiteral("sims")), dir.path()});
-    QVERIFY(script.waitForFinished(30000));
-    QCOMPARE(script.exitCode(), 0);
+    QVERIFY(script.waitForFinished(30000) && script.exitCode() == 0);
     CDataModel model;
     model.Init(QString());
-    QCOMPARE(spy.count(), 0);
     QStringList states;
     for (int i = 0; i < model.GetProductListSize(); ++i) {
         CProduct* p = model.GetProductByIndex(i);
         QVERIFY2(p->GetCategory() && p->GetCategory()->CheckPath(), qPrintable(p->GetName()));
         p->InitNewProdPath(p->GetProductPath());
         p->CheckCycleVersion(QStringLiteral("2101"), QStringLiteral("1"));
-        states << p->GetName() + QLatin1Char('=') + p->GetCycleVersion() + QLatin1Char('/')
-                      + QString::number(p->GetInstallState());
+        states << p->GetName() + '=' + p->GetCycleVersion() + '/' + QString::number(p->GetInstallState());
     }
     QCOMPARE(states, (QStringList{"Kestrel Avionics KX-900 FMS=/7", "Larkspur Jetliner Family=2013/7",
                                   "Larkspur Regional Jet=2013/7", "Orbital Route Planner X=2012/7",
                                   "Tern Turboprop Series=1913/7", "X-Plane 10 Default Navigation=/7",
                                   "X-Plane 11 Default Navigation=2101/5"}));
     model.InitProdUpdateListForUpdateOrReset(false);
-    QCOMPARE(model.GetProductByName(QStringLiteral("Larkspur Jetliner Family"))->GetInstallGroup(),
-             model.GetProductByName(QStringLiteral("Larkspur Regional Jet"))->GetInstallGroup());
+    QCOMPARE(model.GetInstallGroupList()->GetSize(), 6);
+
+    // The shipped default catalogue reads cleanly and every product names a known dataset.
+    QFile shipped(source + QStringLiteral("/resources/bin/base_ini.xml"));
+    QVERIFY(shipped.open(QIODevice::ReadOnly) && dir.writeFile(QStringLiteral("bin/base_ini.xml"), shipped.readAll()));
+    CDataModel defaults;
+    defaults.Init(QString());
+    QVERIFY(defaults.GetProductListSize() >= 6);
+    for (int i = 0; i < defaults.GetProductListSize(); ++i)
+        QVERIFY(defaults.GetDatasetList()->GetByName(defaults.GetProductByIndex(i)->GetDataset()));
+    QCOMPARE(spy.count(), 0);
 }
 
 QTEST_MAIN(TestCatalogue)

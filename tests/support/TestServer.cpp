@@ -38,6 +38,7 @@ struct TestServer::State
     int slowInterval = 40;
     QList<Request> requests;
     int tlsConnections = 0;
+    int connections = 0;
     quint16 port = 0;
     QSslCertificate certificate;
     QSslKey key;
@@ -48,6 +49,7 @@ namespace {
 constexpr qint64 BlockSize = 65536;
 constexpr qint64 WriteChunk = 256 * 1024;
 constexpr qint64 HeaderLimit = 64 * 1024;
+constexpr int CloseDelayMs = 300;
 
 const QByteArray& patternBlock()
 {
@@ -101,13 +103,20 @@ const Certificate& testCertificate()
 QByteArray reasonPhrase(int status)
 {
     switch (status) {
-    case 200: return "OK";
-    case 400: return "Bad Request";
-    case 401: return "Unauthorized";
-    case 404: return "Not Found";
-    case 405: return "Method Not Allowed";
-    case 500: return "Internal Server Error";
-    default: return "Status";
+    case 200:
+        return "OK";
+    case 400:
+        return "Bad Request";
+    case 401:
+        return "Unauthorized";
+    case 404:
+        return "Not Found";
+    case 405:
+        return "Method Not Allowed";
+    case 500:
+        return "Internal Server Error";
+    default:
+        return "Status";
     }
 }
 
@@ -119,6 +128,8 @@ public:
         : QObject(parent), m_socket(socket), m_state(std::move(state))
     {
         m_socket->setParent(this);
+        QMutexLocker lock(&m_state->mutex);
+        m_request.connection = ++m_state->connections;
         connect(m_socket, &QTcpSocket::readyRead, this, &Connection::onReadyRead);
         connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::pump);
         connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
@@ -330,9 +341,15 @@ private:
     void finishIfDone()
     {
         if (m_sent >= m_limit && m_socket->bytesToWrite() == 0 && !m_closing) {
-            // With a short limit this closes in the middle of the announced body.
             m_closing = true;
-            m_socket->disconnectFromHost();
+            if (m_limit >= m_size) {
+                m_socket->disconnectFromHost();
+                return;
+            }
+            // In the middle of the announced body. The pause lets the client take in what was
+            // sent first; a close that races the headers makes Qt's HTTP layer resend the
+            // request by itself, which would blur the request count.
+            QTimer::singleShot(CloseDelayMs, m_socket, &QTcpSocket::disconnectFromHost);
         }
     }
 
@@ -434,10 +451,7 @@ public:
     explicit Runner(std::shared_ptr<State> state) : m_state(std::move(state)) {}
 
     // Runs fn on the server's thread and waits for it.
-    template <typename Fn> void call(Fn fn)
-    {
-        QMetaObject::invokeMethod(m_listener, fn, Qt::BlockingQueuedConnection);
-    }
+    template <typename Fn> void call(Fn fn) { QMetaObject::invokeMethod(m_listener, fn, Qt::BlockingQueuedConnection); }
 
     Listener* listener() const { return m_listener; }
 

@@ -43,7 +43,7 @@ cycle_info "$xp10/Aircraft/Tern Turboprop/fms/database" 1913 1
 
 if [ $# -ge 2 ]; then
     mkdir -p "$2/bin"
-    # Escape the characters sed treats specially in a replacement.
+    # Escape the characters that have a meaning in a sed replacement.
     escaped=$(printf '%s' "$root" | sed -e 's/[\\&|]/\\&/g')
     sed -e "s|@DEMO_SIM_ROOT@|$escaped|g" "$here/base_ini.xml.in" >"$2/bin/base_ini.xml"
     echo "demo catalogue written to $2/bin/base_ini.xml"
