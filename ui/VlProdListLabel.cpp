@@ -5,6 +5,7 @@
 #include "model/CProduct.h"
 #include "ui/VlProdLabel.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -48,6 +49,8 @@ void VlProdListLabel::Init()
     // Cards always take the visible width, so there is nothing to scroll sideways.
     m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pScrollArea->setWidget(m_pContent);
+    // The vertical scroll bar comes and goes with the filter, changing the width the cards get.
+    m_pScrollArea->viewport()->installEventFilter(this);
     auto* own = new QGridLayout(this);
     own->setSpacing(0);
     own->setContentsMargins(0, 0, 0, 0);
@@ -90,6 +93,8 @@ void VlProdListLabel::UpdateVisibleCtrls()
         if (card->GetVisible() != visible || card->isHidden() == visible)
             card->setVisible(visible);
     }
+    // Cards that were hidden missed the width changes meanwhile.
+    UpdateProdSizes();
     UpdateMainWnd();
 }
 
@@ -119,6 +124,13 @@ void VlProdListLabel::UpdateProdSizes()
         card->SetAssignedWidth(w);
         card->resize(w, card->height());
     }
+}
+
+bool VlProdListLabel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (m_pScrollArea && watched == m_pScrollArea->viewport() && event->type() == QEvent::Resize)
+        UpdateProdSizes();
+    return QLabel::eventFilter(watched, event);
 }
 
 void VlProdListLabel::resizeEvent(QResizeEvent* event)
