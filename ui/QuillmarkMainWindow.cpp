@@ -110,7 +110,8 @@ void QuillmarkMainWindow::CreateMainWidgetGrid()
     grid->setRowStretch(2, 0);
     grid->setRowMinimumHeight(2, 20);
 
-    grid->addLayout(CreateHeaderLayout(), 0, 0, Qt::AlignRight | Qt::AlignTop);
+    // Only the vertical alignment: the header must span the window, whatever its painted size was.
+    grid->addLayout(CreateHeaderLayout(), 0, 0, Qt::AlignTop);
     grid->addWidget(CreateMiddleLabel(), 1, 0);
     grid->addLayout(CreateStatusLeisteLayout(), 2, 0, Qt::AlignRight | Qt::AlignBottom);
 
@@ -193,19 +194,27 @@ QGridLayout* QuillmarkMainWindow::CreateSystemButtonLayout()
 void QuillmarkMainWindow::CreateRightHeaderLabel()
 {
     m_pRightHeader = new QLabel(m_pMainLabel);
-    ignorePixmapSize(m_pRightHeader);
+    // Ignored sideways only: its height follows its contents through the minimum set below.
+    m_pRightHeader->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     QGridLayout* outer = grid0(QMargins());
     outer->setColumnStretch(0, 1);
     outer->setColumnStretch(1, 0);
 
-    QGridLayout* left = grid0(QMargins(45, 0, 0, 0));
-    left->setRowMinimumHeight(0, 18);
-    left->addLayout(CreateTitleLayout(), 0, 0);
-    left->addLayout(CreateFilterLayout(), 1, 0);
-    outer->addLayout(left, 0, 0);
-    outer->addLayout(CreateActionButtonLayout(), 0, 1);
+    // The spaced-out title reaches over the action buttons' column: they sit low in the band, and
+    // title, filter and buttons side by side would not fit the window's narrowest width.
+    QGridLayout* title = grid0(QMargins(45, 0, 0, 0));
+    title->setRowMinimumHeight(0, 18);
+    title->addLayout(CreateTitleLayout(), 0, 0);
+    outer->addLayout(title, 0, 0, 1, 2);
+    QGridLayout* filter = grid0(QMargins(45, 0, 0, 0));
+    filter->addLayout(CreateFilterLayout(), 0, 0);
+    outer->addLayout(filter, 1, 0, Qt::AlignBottom);
+    outer->addLayout(CreateActionButtonLayout(), 1, 1, Qt::AlignBottom);
+    outer->setRowStretch(1, 1);
 
     m_pRightHeader->setLayout(outer);
+    // Its painted pixmap says nothing about the room its contents need.
+    m_pRightHeader->setMinimumSize(outer->sizeHint().width(), qMax(100, outer->sizeHint().height()));
     m_pRightHeader->setAttribute(Qt::WA_MouseTracking);
 }
 
@@ -225,7 +234,7 @@ QGridLayout* QuillmarkMainWindow::CreateTitleLayout()
 
 QGridLayout* QuillmarkMainWindow::CreateFilterLayout()
 {
-    QGridLayout* grid = grid0(QMargins(5, 10, 0, 0));
+    QGridLayout* grid = grid0(QMargins(5, 10, 0, 8));
     grid->setColumnStretch(0, 0);
     grid->setColumnStretch(1, 0);
     grid->setColumnStretch(2, 1);

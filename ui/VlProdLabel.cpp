@@ -15,6 +15,7 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QEvent>
+#include <QFrame>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
@@ -29,9 +30,10 @@ const char* const st_stateIcons[8] = {
     ":/images/prod_install_warning.png", ":/images/prod_update.png",
 };
 
-QLabel* frameLabel(const char* style, QWidget* parent)
+// Frames are plain styled frames rather than labels, so that they grow with what they hold.
+QFrame* frameLabel(const char* style, QWidget* parent)
 {
-    auto* label = new QLabel(parent);
+    auto* label = new QFrame(parent);
     label->setStyleSheet(QString::fromLatin1(style));
     return label;
 }
@@ -121,7 +123,8 @@ void VlProdLabel::InitWidgets()
     upper->addWidget(m_pDatasetCaption, 1, 0, Qt::AlignRight | Qt::AlignVCenter);
     m_pDataset = new VlDatasetTitleLabel(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"),
                                          m_pUpperFrame);
-    upper->addWidget(m_pDataset, 1, 1, st_leftCentre);
+    // Dataset and cycle may use the empty middle column too; the cycle text is long.
+    upper->addWidget(m_pDataset, 1, 1, 1, 2, st_leftCentre);
 
     QGridLayout* selectGrid = grid0(QMargins());
     selectGrid->setColumnStretch(0, 1);
@@ -136,10 +139,10 @@ void VlProdLabel::InitWidgets()
     m_pCycleCaption->setContentsMargins(0, 0, 13, 0);
     upper->addWidget(m_pCycleCaption, 2, 0, st_leftCentre);
     m_pCycle = new VlDatasetTitleLabel(m_pUpperFrame);
-    upper->addWidget(m_pCycle, 2, 1, st_leftCentre);
+    upper->addWidget(m_pCycle, 2, 1, 1, 2, st_leftCentre);
 
-    // The fold-out commands, right of the cycle and dataset rows.
-    m_pCommands = new QLabel(m_pUpperFrame);
+    // The fold-out commands, under the update tick.
+    m_pCommands = new QFrame(m_pUpperFrame);
     m_pCommands->setMinimumSize(108, 30);
     m_pCommands->hide();
     QGridLayout* commands = grid0(QMargins(0, 4, 0, 0));
@@ -159,7 +162,7 @@ void VlProdLabel::InitWidgets()
     commands->addWidget(m_pUpdateButton, 0, 0, Qt::AlignLeft | Qt::AlignTop);
     commands->addWidget(m_pResetButton, 0, 2, Qt::AlignLeft | Qt::AlignTop);
     commands->addWidget(m_pRemoveBackupButton, 0, 4, Qt::AlignLeft | Qt::AlignTop);
-    upper->addWidget(m_pCommands, 1, 2, 2, 1, Qt::AlignRight | Qt::AlignVCenter);
+    upper->addWidget(m_pCommands, 2, 3, Qt::AlignLeft | Qt::AlignVCenter);
 
     // Lower frame: the product folder.
     m_pLowerFrame = frameLabel("background-color: rgb(235, 235, 245)", this);

@@ -9,6 +9,7 @@
 class CDataModel;
 class CProduct;
 class QCheckBox;
+class QFrame;
 class QLabel;
 class QPushButton;
 class SystemButton;
@@ -90,11 +91,11 @@ private:
     QCheckBox* m_pSelect = nullptr;
     QPushButton* m_pShowCommands = nullptr;
     QPushButton* m_pHideCommands = nullptr;
-    QLabel* m_pCommands = nullptr;
+    QFrame* m_pCommands = nullptr;
     SystemButton* m_pUpdateButton = nullptr;
     SystemButton* m_pResetButton = nullptr;
     SystemButton* m_pRemoveBackupButton = nullptr;
-    QLabel* m_pUpperFrame = nullptr;
-    QLabel* m_pLowerFrame = nullptr;
-    QLabel* m_pOuterFrame = nullptr;
+    QFrame* m_pUpperFrame = nullptr;
+    QFrame* m_pLowerFrame = nullptr;
+    QFrame* m_pOuterFrame = nullptr;
 };

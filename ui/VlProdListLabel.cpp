@@ -6,6 +6,7 @@
 #include "ui/VlProdLabel.h"
 
 #include <QEvent>
+#include <QResizeEvent>
 #include <QGridLayout>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -37,6 +38,7 @@ void VlProdListLabel::Init()
         grid->setRowStretch(i, 0);
         grid->addWidget(card, i, 0, Qt::AlignLeft | Qt::AlignTop);
         m_cards.append(card);
+        card->installEventFilter(this); // a card grows when its commands open
         card->show();
     }
     grid->addWidget(new QWidget(m_pContent), grid->rowCount() + 1, 0);
@@ -128,8 +130,15 @@ void VlProdListLabel::UpdateProdSizes()
 
 bool VlProdListLabel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (m_pScrollArea && watched == m_pScrollArea->viewport() && event->type() == QEvent::Resize)
-        UpdateProdSizes();
+    if (event->type() == QEvent::Resize) {
+        if (m_pScrollArea && watched == m_pScrollArea->viewport()) {
+            UpdateProdSizes();
+        } else if (watched->parent() == m_pContent) {
+            auto* resize = static_cast<QResizeEvent*>(event);
+            if (resize->oldSize().height() != resize->size().height())
+                UpdateMainWnd();
+        }
+    }
     return QLabel::eventFilter(watched, event);
 }
 
