@@ -284,7 +284,9 @@ QList<QWidget*> QuillmarkMainWindow::GetActionButtons() const
 QLabel* QuillmarkMainWindow::CreateMiddleLabel()
 {
     auto* middle = new QLabel(m_pMainLabel);
-    middle->setStyleSheet(QStringLiteral("background-color: #7D7D7D"));
+    // Scoped by name: an open rule would reach every widget below, down to each product card.
+    middle->setObjectName(QStringLiteral("QmkMiddle"));
+    middle->setStyleSheet(QStringLiteral("QLabel#QmkMiddle { background-color: #7D7D7D; }"));
     QGridLayout* outer = grid0(QMargins());
     outer->setRowStretch(0, 1);
     outer->setRowStretch(1, 0);

@@ -30,11 +30,12 @@ const char* const st_stateIcons[8] = {
     ":/images/prod_install_warning.png", ":/images/prod_update.png",
 };
 
-// Frames are plain styled frames rather than labels, so that they grow with what they hold.
-QFrame* frameLabel(const char* style, QWidget* parent)
+// Frames are plain frames rather than labels, so that they grow with what they hold. Their
+// colours come from the list's one style sheet, by object name.
+QFrame* frameLabel(const char* name, QWidget* parent)
 {
     auto* label = new QFrame(parent);
-    label->setStyleSheet(QString::fromLatin1(style));
+    label->setObjectName(QString::fromLatin1(name));
     return label;
 }
 
@@ -56,6 +57,15 @@ VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* produ
     InitSlots();
 }
 
+QString VlProdLabel::StyleRules()
+{
+    return QStringLiteral("VlProdLabel { background-color: rgb(40, 40, 50); }"
+                          "QFrame#QmkCardUpper { background-color: rgb(230, 230, 240); }"
+                          "QFrame#QmkCardLower { background-color: rgb(235, 235, 245); }"
+                          "QFrame#QmkCardOuter { background-color: rgb(110, 110, 117); }") +
+           VlDefaultEdit::StyleRules() + VlAppPushButton::StyleRules();
+}
+
 void VlProdLabel::Init()
 {
     InitWidgets();
@@ -72,14 +82,13 @@ void VlProdLabel::InitWidgets()
 {
     if (m_bWidgetsBuilt)
         return;
-    setStyleSheet(QStringLiteral("background-color: rgb(40, 40, 50)"));
     setAttribute(Qt::WA_StyledBackground);
     setMinimumHeight(120);
     if (!m_pProduct)
         return;
 
     // Upper frame: state, name, category, dataset, cycle and the command toggles.
-    m_pUpperFrame = frameLabel("background-color: rgb(230, 230, 240)", this);
+    m_pUpperFrame = frameLabel("QmkCardUpper", this);
     m_pUpperFrame->setMinimumHeight(75);
     QGridLayout* upper = grid0(QMargins(8, 5, 10, 1));
     m_pUpperFrame->setLayout(upper);
@@ -165,7 +174,7 @@ void VlProdLabel::InitWidgets()
     upper->addWidget(m_pCommands, 2, 3, Qt::AlignLeft | Qt::AlignVCenter);
 
     // Lower frame: the product folder.
-    m_pLowerFrame = frameLabel("background-color: rgb(235, 235, 245)", this);
+    m_pLowerFrame = frameLabel("QmkCardLower", this);
     m_pLowerFrame->setMinimumHeight(40);
     QGridLayout* lower = grid0(QMargins(9, 0, 10, 0));
     m_pLowerFrame->setLayout(lower);
@@ -187,7 +196,7 @@ void VlProdLabel::InitWidgets()
     SetPathColor(CheckExistDir(realPath));
 
     // Frames on a grey outline that fills the dark card.
-    m_pOuterFrame = frameLabel("background-color: rgb(110,110,117)", this);
+    m_pOuterFrame = frameLabel("QmkCardOuter", this);
     QGridLayout* frames = grid0(QMargins(1, 1, 1, 1));
     m_pOuterFrame->setLayout(frames);
     frames->addWidget(m_pUpperFrame, 0, 0);

@@ -6,6 +6,7 @@
 #include "ui/VlProdLabel.h"
 
 #include <QEvent>
+#include <QTimer>
 #include <QResizeEvent>
 #include <QGridLayout>
 #include <QScrollArea>
@@ -21,14 +22,16 @@ VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabe
 
 void VlProdListLabel::Init()
 {
-    setStyleSheet(QStringLiteral("background-color: rgb(195, 195, 205)"));
+    setStyleSheet(QStringLiteral("VlProdListLabel { background-color: rgb(195, 195, 205); }"));
     auto* grid = new QGridLayout;
     grid->setSpacing(0);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setColumnStretch(0, 1);
 
     m_pContent = new QLabel;
-    m_pContent->setStyleSheet(QStringLiteral("background-color: rgb(240, 240, 250)"));
+    m_pContent->setObjectName(QStringLiteral("QmkProdContent"));
+    m_pContent->setStyleSheet(QStringLiteral("QLabel#QmkProdContent { background-color: rgb(240, 240, 250); }") +
+                              VlProdLabel::StyleRules());
     const int count = m_pDataModel ? m_pDataModel->GetProductListSize() : 0;
     for (int i = 0; i < count; ++i) {
         CProduct* product = m_pDataModel->GetProductByIndex(i);
@@ -135,8 +138,14 @@ bool VlProdListLabel::eventFilter(QObject* watched, QEvent* event)
             UpdateProdSizes();
         } else if (watched->parent() == m_pContent) {
             auto* resize = static_cast<QResizeEvent*>(event);
-            if (resize->oldSize().height() != resize->size().height())
-                UpdateMainWnd();
+            // Many cards resize at once; one sum afterwards is enough.
+            if (resize->oldSize().height() != resize->size().height() && !m_bMainWndPending) {
+                m_bMainWndPending = true;
+                QTimer::singleShot(0, this, [this] {
+                    m_bMainWndPending = false;
+                    UpdateMainWnd();
+                });
+            }
         }
     }
     return QLabel::eventFilter(watched, event);

@@ -47,4 +47,5 @@ private:
     QList<VlProdLabel*> m_cards;
     QString m_strCategory = QStringLiteral("All");
     QString m_strDataset = QStringLiteral("All");
+    bool m_bMainWndPending = false;
 };
