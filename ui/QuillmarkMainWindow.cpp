@@ -31,6 +31,7 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QSizeGrip>
+#include <QTimer>
 
 namespace {
 QGridLayout* grid0(const QMargins& margins)
@@ -526,7 +527,9 @@ void QuillmarkMainWindow::showEvent(QShowEvent* event)
         m_pFilter->setCurrentIndex(0);
     else
         ChangeDatasetFilterSlot(QStringLiteral("All"));
-    m_dataModel.InitProdUpdateListForUpdateOrReset(true);
+    // Right after the window is on screen: with many products this writes a long log, and the
+    // window should not wait for it to appear.
+    QTimer::singleShot(0, this, [this] { m_dataModel.InitProdUpdateListForUpdateOrReset(true); });
     repaint();
 }
 

@@ -28,7 +28,14 @@ void VlProdListLabel::Init()
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setColumnStretch(0, 1);
 
+    // The scroll area takes the content before the cards exist: moving a content with hundreds of
+    // cards into it afterwards would re-style every one of them.
+    m_pScrollArea = new QScrollArea(this);
+    m_pScrollArea->setWidgetResizable(true);
+    // Cards always take the visible width, so there is nothing to scroll sideways.
+    m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pContent = new QLabel;
+    m_pScrollArea->setWidget(m_pContent);
     m_pContent->setObjectName(QStringLiteral("QmkProdContent"));
     m_pContent->setStyleSheet(QStringLiteral("QLabel#QmkProdContent { background-color: rgb(240, 240, 250); }") +
                               VlProdLabel::StyleRules());
@@ -42,18 +49,13 @@ void VlProdListLabel::Init()
         grid->addWidget(card, i, 0, Qt::AlignLeft | Qt::AlignTop);
         m_cards.append(card);
         card->installEventFilter(this); // a card grows when its commands open
-        card->show();
+        // The cards appear with the list; shown one by one each would lay itself out twice.
     }
     grid->addWidget(new QWidget(m_pContent), grid->rowCount() + 1, 0);
     grid->setRowStretch(grid->rowCount() - 1, 1);
     m_pContent->setLayout(grid);
     m_pGrid = grid;
 
-    m_pScrollArea = new QScrollArea(this);
-    m_pScrollArea->setWidgetResizable(true);
-    // Cards always take the visible width, so there is nothing to scroll sideways.
-    m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pScrollArea->setWidget(m_pContent);
     // The vertical scroll bar comes and goes with the filter, changing the width the cards get.
     m_pScrollArea->viewport()->installEventFilter(this);
     auto* own = new QGridLayout(this);
