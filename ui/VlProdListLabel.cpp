@@ -84,6 +84,9 @@ void VlProdListLabel::UpdatePathSlot()
 
 void VlProdListLabel::UpdateVisibleCtrls()
 {
+    // Each card shown would lay out the whole list again; one layout pass at the end is enough.
+    if (m_pGrid)
+        m_pGrid->setEnabled(false);
     for (VlProdLabel* card : qAsConst(m_cards)) {
         CProduct* product = card->GetProduct();
         if (!product)
@@ -99,6 +102,10 @@ void VlProdListLabel::UpdateVisibleCtrls()
         const bool visible = category && dataset;
         if (card->GetVisible() != visible || card->isHidden() == visible)
             card->setVisible(visible);
+    }
+    if (m_pGrid) {
+        m_pGrid->setEnabled(true);
+        m_pGrid->activate();
     }
     // Cards that were hidden missed the width changes meanwhile.
     UpdateProdSizes();
