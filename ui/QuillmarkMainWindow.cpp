@@ -456,6 +456,10 @@ void QuillmarkMainWindow::ClickedCategory(VlCatLabel* clicked)
 {
     m_pSelectedCategory = clicked->GetCategory();
     emit ChangeSelectedCategory(m_pSelectedCategory);
+    // A catalogue need not list "Selected" (or even "All") as a category; the button's own name
+    // still says what to show.
+    if (!m_pSelectedCategory && m_pProdList)
+        m_pProdList->ChangeCategoryNameSlot(clicked->GetName());
     for (VlCatLabel* button : GetCategoryButtons())
         if (button != clicked)
             button->SetSelect(false);

@@ -70,6 +70,12 @@ void VlProdListLabel::ChangeCategorySlot(CCategory* category)
     UpdateVisibleCtrls();
 }
 
+void VlProdListLabel::ChangeCategoryNameSlot(const QString& name)
+{
+    m_strCategory = name;
+    UpdateVisibleCtrls();
+}
+
 void VlProdListLabel::ChangeDatasetFilterSlot(const QString& dataset)
 {
     m_strDataset = dataset;

@@ -32,6 +32,7 @@ public:
 
 public slots:
     void ChangeCategorySlot(CCategory* category);
+    void ChangeCategoryNameSlot(const QString& name);
     void ChangeDatasetFilterSlot(const QString& dataset);
     void UpdatePathSlot();
 
