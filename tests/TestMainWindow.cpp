@@ -19,7 +19,21 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
+#include <QCheckBox>
+#include <QPushButton>
 #include <QTest>
+#include <QTranslator>
+
+// Answers every text with a marked version, so that a caption left untranslated stands out.
+class MarkingTranslator : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char*, const char* source, const char* = nullptr, int = -1) const override
+    {
+        return QStringLiteral("~") + QString::fromUtf8(source);
+    }
+};
 
 // The frameless main window: its chrome, category column, filter and languages.
 class TestMainWindow : public QObject
@@ -263,6 +277,54 @@ private slots:
         QTest::keyClick(m_window->GetFilter(), Qt::Key_Down);
         QTest::keyClick(m_window->GetFilter(), Qt::Key_Up);
         QCOMPARE(datasets.last().at(0).toString(), QStringLiteral("All"));
+    }
+
+    void everyCaptionFollowsLanguage()
+    {
+        MarkingTranslator marking;
+        QCoreApplication::installTranslator(&marking);
+        QApplication::processEvents();
+
+        QStringList plain; // visible texts that did not change
+        auto check = [&](const QString& what, const QString& text) {
+            if (!text.startsWith(QLatin1Char('~')))
+                plain << what + QStringLiteral(": ") + text;
+        };
+        check(QStringLiteral("filter caption"), m_window->GetFilterCaption()->text());
+        check(QStringLiteral("filter entry"), m_window->GetFilter()->itemText(0));
+        check(QStringLiteral("status"), m_window->GetStatusLabel()->text());
+        for (QWidget* button : m_window->GetActionButtons())
+            check(QStringLiteral("action"), caption(button));
+        for (VlCatLabel* button : m_window->GetCategoryButtons())
+            check(QStringLiteral("category"), button->GetTitle());
+        VlProdLabel* card = m_window->GetProdList()->GetCards().first();
+        check(QStringLiteral("select"), card->findChild<QCheckBox*>()->text());
+        for (QPushButton* b : card->findChildren<QPushButton*>())
+            check(QStringLiteral("card button"), b->text());
+        for (QLabel* label : m_window->GetCatProps()->findChildren<QLabel*>())
+            if (!label->text().isEmpty())
+                check(QStringLiteral("category panel"), label->text());
+        QVERIFY(card->GetCycleText().contains(QStringLiteral("~installed")));
+
+        QCoreApplication::removeTranslator(&marking);
+        QApplication::processEvents();
+        QCOMPARE(m_window->GetFilterCaption()->text(), QStringLiteral("Dataset-Filter"));
+        QVERIFY2(plain.isEmpty(), qPrintable(plain.join(QStringLiteral("; "))));
+    }
+
+    void openCommandsKeepLastCardReachable()
+    {
+        VlProdListLabel* list = m_window->GetProdList();
+        const QList<VlProdLabel*> cards = list->GetCards();
+        for (VlProdLabel* card : cards)
+            card->ClickedShowCommandsButtonSlot();
+        QApplication::processEvents();
+        int sum = 0;
+        for (VlProdLabel* card : cards)
+            sum += card->height();
+        QWidget* content = list->GetScrollArea()->widget();
+        QVERIFY(content->height() >= sum);
+        QVERIFY(cards.last()->geometry().bottom() < content->height());
     }
 };
 

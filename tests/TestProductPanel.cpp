@@ -32,11 +32,14 @@ class TestProductPanel : public QObject
     QString sim10() const { return m_app->filePath(QStringLiteral("sims/xp10")); }
     QString sim11() const { return m_app->filePath(QStringLiteral("sims/xp11")); }
 
-    void build()
+    void build(bool listsSelected = true)
     {
         m_window.reset();
+        m_app.reset(); // before the next one, which must not be handed back the old folder
         m_app.reset(new TempAppDir);
         SampleCatalogue catalogue = SampleCatalogue::Small();
+        if (!listsSelected)
+            catalogue.categories.removeAll(QStringLiteral("Selected"));
         QVERIFY(SampleCatalogue::MakeSimFolder(sim10()));
         QVERIFY(SampleCatalogue::MakeSimFolder(sim11()));
         catalogue.categoryPaths.insert(QStringLiteral("X-Plane 10"), sim10());
@@ -151,6 +154,14 @@ private slots:
         QCOMPARE(visibleNames(), expected);
     }
 
+    void selectedWithoutCatalogueCategory()
+    {
+        build(false);
+        QTest::mouseClick(card(QStringLiteral("Delta GNS"))->findChild<QCheckBox*>(), Qt::LeftButton);
+        clickCategory(QStringLiteral("Selected"));
+        QCOMPARE(visibleNames(), (QStringList{"Bravo FMS", "Delta GNS"}));
+    }
+
     void tickRecordsSelectionOnSave_data()
     {
         QTest::addColumn<QString>("product");
@@ -179,9 +190,8 @@ private slots:
         const int at = settings.indexOf(record);
         QVERIFY2(at >= 0, qPrintable(settings));
         const int update = settings.indexOf(QStringLiteral("<update>"), at);
-        QCOMPARE(settings.mid(update, 20).startsWith(selected ? QStringLiteral("<update>true</update>")
-                                                              : QStringLiteral("<update>false</update>")),
-                 true);
+        const QString expected = selected ? QStringLiteral("<update>true</update>") : QStringLiteral("<update>false</update>");
+        QCOMPARE(settings.mid(update, expected.size()), expected);
     }
 
     void productSelectionFollowsModel()

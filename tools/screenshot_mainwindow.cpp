@@ -3,6 +3,7 @@
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER]
 // Without a program folder (or with "-") a sample catalogue in a temporary folder is used.
 #include "app/Application.h"
+#include "app/CMessageBox.h"
 #include "model/CProduct.h"
 #include "support/SampleCatalogue.h"
 #include "ui/QuillmarkMainWindow.h"
@@ -38,6 +39,10 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     Application::registerResources();
+    // Offscreen nobody could close a box: print it instead.
+    CMessageBox::setHandler([](QMessageBox::Icon, const QString& title, const QString& text) {
+        std::fprintf(stderr, "message box \"%s\": %s\n", qPrintable(title), qPrintable(text));
+    });
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
 
     const QString programArg = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QStringLiteral("-");

@@ -31,6 +31,7 @@
 #include <QPixmap>
 #include <QScreen>
 #include <QSizeGrip>
+#include <QTimer>
 
 namespace {
 QGridLayout* grid0(const QMargins& margins)
@@ -110,7 +111,8 @@ void QuillmarkMainWindow::CreateMainWidgetGrid()
     grid->setRowStretch(2, 0);
     grid->setRowMinimumHeight(2, 20);
 
-    grid->addLayout(CreateHeaderLayout(), 0, 0, Qt::AlignRight | Qt::AlignTop);
+    // Only the vertical alignment: the header must span the window, whatever its painted size was.
+    grid->addLayout(CreateHeaderLayout(), 0, 0, Qt::AlignTop);
     grid->addWidget(CreateMiddleLabel(), 1, 0);
     grid->addLayout(CreateStatusLeisteLayout(), 2, 0, Qt::AlignRight | Qt::AlignBottom);
 
@@ -193,19 +195,27 @@ QGridLayout* QuillmarkMainWindow::CreateSystemButtonLayout()
 void QuillmarkMainWindow::CreateRightHeaderLabel()
 {
     m_pRightHeader = new QLabel(m_pMainLabel);
-    ignorePixmapSize(m_pRightHeader);
+    // Ignored sideways only: its height follows its contents through the minimum set below.
+    m_pRightHeader->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     QGridLayout* outer = grid0(QMargins());
     outer->setColumnStretch(0, 1);
     outer->setColumnStretch(1, 0);
 
-    QGridLayout* left = grid0(QMargins(45, 0, 0, 0));
-    left->setRowMinimumHeight(0, 18);
-    left->addLayout(CreateTitleLayout(), 0, 0);
-    left->addLayout(CreateFilterLayout(), 1, 0);
-    outer->addLayout(left, 0, 0);
-    outer->addLayout(CreateActionButtonLayout(), 0, 1);
+    // The spaced-out title reaches over the action buttons' column: they sit low in the band, and
+    // title, filter and buttons side by side would not fit the window's narrowest width.
+    QGridLayout* title = grid0(QMargins(45, 0, 0, 0));
+    title->setRowMinimumHeight(0, 18);
+    title->addLayout(CreateTitleLayout(), 0, 0);
+    outer->addLayout(title, 0, 0, 1, 2);
+    QGridLayout* filter = grid0(QMargins(45, 0, 0, 0));
+    filter->addLayout(CreateFilterLayout(), 0, 0);
+    outer->addLayout(filter, 1, 0, Qt::AlignBottom);
+    outer->addLayout(CreateActionButtonLayout(), 1, 1, Qt::AlignBottom);
+    outer->setRowStretch(1, 1);
 
     m_pRightHeader->setLayout(outer);
+    // Its painted pixmap says nothing about the room its contents need.
+    m_pRightHeader->setMinimumSize(outer->sizeHint().width(), qMax(100, outer->sizeHint().height()));
     m_pRightHeader->setAttribute(Qt::WA_MouseTracking);
 }
 
@@ -225,7 +235,7 @@ QGridLayout* QuillmarkMainWindow::CreateTitleLayout()
 
 QGridLayout* QuillmarkMainWindow::CreateFilterLayout()
 {
-    QGridLayout* grid = grid0(QMargins(5, 10, 0, 0));
+    QGridLayout* grid = grid0(QMargins(5, 10, 0, 8));
     grid->setColumnStretch(0, 0);
     grid->setColumnStretch(1, 0);
     grid->setColumnStretch(2, 1);
@@ -275,7 +285,9 @@ QList<QWidget*> QuillmarkMainWindow::GetActionButtons() const
 QLabel* QuillmarkMainWindow::CreateMiddleLabel()
 {
     auto* middle = new QLabel(m_pMainLabel);
-    middle->setStyleSheet(QStringLiteral("background-color: #7D7D7D"));
+    // Scoped by name: an open rule would reach every widget below, down to each product card.
+    middle->setObjectName(QStringLiteral("QmkMiddle"));
+    middle->setStyleSheet(QStringLiteral("QLabel#QmkMiddle { background-color: #7D7D7D; }"));
     QGridLayout* outer = grid0(QMargins());
     outer->setRowStretch(0, 1);
     outer->setRowStretch(1, 0);
@@ -444,6 +456,10 @@ void QuillmarkMainWindow::ClickedCategory(VlCatLabel* clicked)
 {
     m_pSelectedCategory = clicked->GetCategory();
     emit ChangeSelectedCategory(m_pSelectedCategory);
+    // A catalogue need not list "Selected" (or even "All") as a category; the button's own name
+    // still says what to show.
+    if (!m_pSelectedCategory && m_pProdList)
+        m_pProdList->ChangeCategoryNameSlot(clicked->GetName());
     for (VlCatLabel* button : GetCategoryButtons())
         if (button != clicked)
             button->SetSelect(false);
@@ -515,7 +531,9 @@ void QuillmarkMainWindow::showEvent(QShowEvent* event)
         m_pFilter->setCurrentIndex(0);
     else
         ChangeDatasetFilterSlot(QStringLiteral("All"));
-    m_dataModel.InitProdUpdateListForUpdateOrReset(true);
+    // Right after the window is on screen: with many products this writes a long log, and the
+    // window should not wait for it to appear.
+    QTimer::singleShot(0, this, [this] { m_dataModel.InitProdUpdateListForUpdateOrReset(true); });
     repaint();
 }
 

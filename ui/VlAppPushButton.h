@@ -9,4 +9,7 @@ class VlAppPushButton : public QPushButton
 
 public:
     explicit VlAppPushButton(QWidget* parent = nullptr);
+
+    // Style-sheet rules for the panels that hold these buttons (see VlDefaultEdit::StyleRules).
+    static QString StyleRules();
 };

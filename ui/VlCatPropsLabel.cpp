@@ -40,7 +40,8 @@ void VlCatPropsLabel::Init()
 
 void VlCatPropsLabel::InitCtrls()
 {
-    setStyleSheet(QStringLiteral("background-color: rgb(240, 240, 250)"));
+    setStyleSheet(QStringLiteral("VlCatPropsLabel { background-color: rgb(240, 240, 250); }") +
+                  VlDefaultEdit::StyleRules() + VlAppPushButton::StyleRules());
     setMinimumHeight(110);
 
     auto* outer = new QGridLayout(this);
@@ -50,7 +51,8 @@ void VlCatPropsLabel::InitCtrls()
     outer->addWidget(line("background-color: rgb(128, 128, 134)", this), 1, 0, Qt::AlignLeft | Qt::AlignTop);
 
     auto* band = new QLabel(this);
-    band->setStyleSheet(QStringLiteral("background-color: rgb(195, 195, 205)"));
+    band->setObjectName(QStringLiteral("QmkPropsBand"));
+    band->setStyleSheet(QStringLiteral("QLabel#QmkPropsBand { background-color: rgb(195, 195, 205); }"));
     band->setMinimumHeight(26);
     auto* bandGrid = new QGridLayout(band);
     bandGrid->setSpacing(0);

@@ -19,7 +19,7 @@ void VlDatasetTitleLabel::Style()
 {
     QFont f(QApplication::font().family());
     f.setPointSize(QApplication::font().pointSize());
-    f.setBold(true);
+    f.setWeight(QFont::DemiBold);
     setFont(f);
     VlColors::SetTextColor(this, QColor(40, 70, 120));
 }

@@ -15,6 +15,7 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QEvent>
+#include <QFrame>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
@@ -29,10 +30,12 @@ const char* const st_stateIcons[8] = {
     ":/images/prod_install_warning.png", ":/images/prod_update.png",
 };
 
-QLabel* frameLabel(const char* style, QWidget* parent)
+// Frames are plain frames rather than labels, so that they grow with what they hold. Their
+// colours come from the list's one style sheet, by object name.
+QFrame* frameLabel(const char* name, QWidget* parent)
 {
-    auto* label = new QLabel(parent);
-    label->setStyleSheet(QString::fromLatin1(style));
+    auto* label = new QFrame(parent);
+    label->setObjectName(QString::fromLatin1(name));
     return label;
 }
 
@@ -54,6 +57,15 @@ VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* produ
     InitSlots();
 }
 
+QString VlProdLabel::StyleRules()
+{
+    return QStringLiteral("VlProdLabel { background-color: rgb(40, 40, 50); }"
+                          "QFrame#QmkCardUpper { background-color: rgb(230, 230, 240); }"
+                          "QFrame#QmkCardLower { background-color: rgb(235, 235, 245); }"
+                          "QFrame#QmkCardOuter { background-color: rgb(110, 110, 117); }") +
+           VlDefaultEdit::StyleRules() + VlAppPushButton::StyleRules();
+}
+
 void VlProdLabel::Init()
 {
     InitWidgets();
@@ -70,14 +82,13 @@ void VlProdLabel::InitWidgets()
 {
     if (m_bWidgetsBuilt)
         return;
-    setStyleSheet(QStringLiteral("background-color: rgb(40, 40, 50)"));
     setAttribute(Qt::WA_StyledBackground);
     setMinimumHeight(120);
     if (!m_pProduct)
         return;
 
     // Upper frame: state, name, category, dataset, cycle and the command toggles.
-    m_pUpperFrame = frameLabel("background-color: rgb(230, 230, 240)", this);
+    m_pUpperFrame = frameLabel("QmkCardUpper", this);
     m_pUpperFrame->setMinimumHeight(75);
     QGridLayout* upper = grid0(QMargins(8, 5, 10, 1));
     m_pUpperFrame->setLayout(upper);
@@ -121,7 +132,8 @@ void VlProdLabel::InitWidgets()
     upper->addWidget(m_pDatasetCaption, 1, 0, Qt::AlignRight | Qt::AlignVCenter);
     m_pDataset = new VlDatasetTitleLabel(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"),
                                          m_pUpperFrame);
-    upper->addWidget(m_pDataset, 1, 1, st_leftCentre);
+    // Dataset and cycle may use the empty middle column too; the cycle text is long.
+    upper->addWidget(m_pDataset, 1, 1, 1, 2, st_leftCentre);
 
     QGridLayout* selectGrid = grid0(QMargins());
     selectGrid->setColumnStretch(0, 1);
@@ -136,10 +148,10 @@ void VlProdLabel::InitWidgets()
     m_pCycleCaption->setContentsMargins(0, 0, 13, 0);
     upper->addWidget(m_pCycleCaption, 2, 0, st_leftCentre);
     m_pCycle = new VlDatasetTitleLabel(m_pUpperFrame);
-    upper->addWidget(m_pCycle, 2, 1, st_leftCentre);
+    upper->addWidget(m_pCycle, 2, 1, 1, 2, st_leftCentre);
 
-    // The fold-out commands, right of the cycle and dataset rows.
-    m_pCommands = new QLabel(m_pUpperFrame);
+    // The fold-out commands, under the update tick.
+    m_pCommands = new QFrame(m_pUpperFrame);
     m_pCommands->setMinimumSize(108, 30);
     m_pCommands->hide();
     QGridLayout* commands = grid0(QMargins(0, 4, 0, 0));
@@ -159,10 +171,10 @@ void VlProdLabel::InitWidgets()
     commands->addWidget(m_pUpdateButton, 0, 0, Qt::AlignLeft | Qt::AlignTop);
     commands->addWidget(m_pResetButton, 0, 2, Qt::AlignLeft | Qt::AlignTop);
     commands->addWidget(m_pRemoveBackupButton, 0, 4, Qt::AlignLeft | Qt::AlignTop);
-    upper->addWidget(m_pCommands, 1, 2, 2, 1, Qt::AlignRight | Qt::AlignVCenter);
+    upper->addWidget(m_pCommands, 2, 3, Qt::AlignLeft | Qt::AlignVCenter);
 
     // Lower frame: the product folder.
-    m_pLowerFrame = frameLabel("background-color: rgb(235, 235, 245)", this);
+    m_pLowerFrame = frameLabel("QmkCardLower", this);
     m_pLowerFrame->setMinimumHeight(40);
     QGridLayout* lower = grid0(QMargins(9, 0, 10, 0));
     m_pLowerFrame->setLayout(lower);
@@ -184,7 +196,7 @@ void VlProdLabel::InitWidgets()
     SetPathColor(CheckExistDir(realPath));
 
     // Frames on a grey outline that fills the dark card.
-    m_pOuterFrame = frameLabel("background-color: rgb(110,110,117)", this);
+    m_pOuterFrame = frameLabel("QmkCardOuter", this);
     QGridLayout* frames = grid0(QMargins(1, 1, 1, 1));
     m_pOuterFrame->setLayout(frames);
     frames->addWidget(m_pUpperFrame, 0, 0);

@@ -9,6 +9,7 @@
 class CDataModel;
 class CProduct;
 class QCheckBox;
+class QFrame;
 class QLabel;
 class QPushButton;
 class SystemButton;
@@ -28,6 +29,8 @@ public:
     VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product);
 
     void Init();
+    // Colours of the cards, set once on the panel that holds them.
+    static QString StyleRules();
     CProduct* GetProduct() const { return m_pProduct; }
 
     void setVisible(bool visible) override;
@@ -90,11 +93,11 @@ private:
     QCheckBox* m_pSelect = nullptr;
     QPushButton* m_pShowCommands = nullptr;
     QPushButton* m_pHideCommands = nullptr;
-    QLabel* m_pCommands = nullptr;
+    QFrame* m_pCommands = nullptr;
     SystemButton* m_pUpdateButton = nullptr;
     SystemButton* m_pResetButton = nullptr;
     SystemButton* m_pRemoveBackupButton = nullptr;
-    QLabel* m_pUpperFrame = nullptr;
-    QLabel* m_pLowerFrame = nullptr;
-    QLabel* m_pOuterFrame = nullptr;
+    QFrame* m_pUpperFrame = nullptr;
+    QFrame* m_pLowerFrame = nullptr;
+    QFrame* m_pOuterFrame = nullptr;
 };

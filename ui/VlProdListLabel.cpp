@@ -5,6 +5,9 @@
 #include "model/CProduct.h"
 #include "ui/VlProdLabel.h"
 
+#include <QEvent>
+#include <QTimer>
+#include <QResizeEvent>
 #include <QGridLayout>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -19,14 +22,23 @@ VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabe
 
 void VlProdListLabel::Init()
 {
-    setStyleSheet(QStringLiteral("background-color: rgb(195, 195, 205)"));
+    setStyleSheet(QStringLiteral("VlProdListLabel { background-color: rgb(195, 195, 205); }"));
     auto* grid = new QGridLayout;
     grid->setSpacing(0);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setColumnStretch(0, 1);
 
+    // The scroll area takes the content before the cards exist: moving a content with hundreds of
+    // cards into it afterwards would re-style every one of them.
+    m_pScrollArea = new QScrollArea(this);
+    m_pScrollArea->setWidgetResizable(true);
+    // Cards always take the visible width, so there is nothing to scroll sideways.
+    m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pContent = new QLabel;
-    m_pContent->setStyleSheet(QStringLiteral("background-color: rgb(240, 240, 250)"));
+    m_pScrollArea->setWidget(m_pContent);
+    m_pContent->setObjectName(QStringLiteral("QmkProdContent"));
+    m_pContent->setStyleSheet(QStringLiteral("QLabel#QmkProdContent { background-color: rgb(240, 240, 250); }") +
+                              VlProdLabel::StyleRules());
     const int count = m_pDataModel ? m_pDataModel->GetProductListSize() : 0;
     for (int i = 0; i < count; ++i) {
         CProduct* product = m_pDataModel->GetProductByIndex(i);
@@ -36,18 +48,16 @@ void VlProdListLabel::Init()
         grid->setRowStretch(i, 0);
         grid->addWidget(card, i, 0, Qt::AlignLeft | Qt::AlignTop);
         m_cards.append(card);
-        card->show();
+        card->installEventFilter(this); // a card grows when its commands open
+        // The cards appear with the list; shown one by one each would lay itself out twice.
     }
     grid->addWidget(new QWidget(m_pContent), grid->rowCount() + 1, 0);
     grid->setRowStretch(grid->rowCount() - 1, 1);
     m_pContent->setLayout(grid);
     m_pGrid = grid;
 
-    m_pScrollArea = new QScrollArea(this);
-    m_pScrollArea->setWidgetResizable(true);
-    // Cards always take the visible width, so there is nothing to scroll sideways.
-    m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_pScrollArea->setWidget(m_pContent);
+    // The vertical scroll bar comes and goes with the filter, changing the width the cards get.
+    m_pScrollArea->viewport()->installEventFilter(this);
     auto* own = new QGridLayout(this);
     own->setSpacing(0);
     own->setContentsMargins(0, 0, 0, 0);
@@ -57,6 +67,12 @@ void VlProdListLabel::Init()
 void VlProdListLabel::ChangeCategorySlot(CCategory* category)
 {
     m_strCategory = category ? category->GetName() : QString();
+    UpdateVisibleCtrls();
+}
+
+void VlProdListLabel::ChangeCategoryNameSlot(const QString& name)
+{
+    m_strCategory = name;
     UpdateVisibleCtrls();
 }
 
@@ -74,6 +90,9 @@ void VlProdListLabel::UpdatePathSlot()
 
 void VlProdListLabel::UpdateVisibleCtrls()
 {
+    // Each card shown would lay out the whole list again; one layout pass at the end is enough.
+    if (m_pGrid)
+        m_pGrid->setEnabled(false);
     for (VlProdLabel* card : qAsConst(m_cards)) {
         CProduct* product = card->GetProduct();
         if (!product)
@@ -90,6 +109,12 @@ void VlProdListLabel::UpdateVisibleCtrls()
         if (card->GetVisible() != visible || card->isHidden() == visible)
             card->setVisible(visible);
     }
+    if (m_pGrid) {
+        m_pGrid->setEnabled(true);
+        m_pGrid->activate();
+    }
+    // Cards that were hidden missed the width changes meanwhile.
+    UpdateProdSizes();
     UpdateMainWnd();
 }
 
@@ -119,6 +144,26 @@ void VlProdListLabel::UpdateProdSizes()
         card->SetAssignedWidth(w);
         card->resize(w, card->height());
     }
+}
+
+bool VlProdListLabel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Resize) {
+        if (m_pScrollArea && watched == m_pScrollArea->viewport()) {
+            UpdateProdSizes();
+        } else if (watched->parent() == m_pContent) {
+            auto* resize = static_cast<QResizeEvent*>(event);
+            // Many cards resize at once; one sum afterwards is enough.
+            if (resize->oldSize().height() != resize->size().height() && !m_bMainWndPending) {
+                m_bMainWndPending = true;
+                QTimer::singleShot(0, this, [this] {
+                    m_bMainWndPending = false;
+                    UpdateMainWnd();
+                });
+            }
+        }
+    }
+    return QLabel::eventFilter(watched, event);
 }
 
 void VlProdListLabel::resizeEvent(QResizeEvent* event)

@@ -32,11 +32,13 @@ public:
 
 public slots:
     void ChangeCategorySlot(CCategory* category);
+    void ChangeCategoryNameSlot(const QString& name);
     void ChangeDatasetFilterSlot(const QString& dataset);
     void UpdatePathSlot();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     CDataModel* m_pDataModel = nullptr;
@@ -46,4 +48,5 @@ private:
     QList<VlProdLabel*> m_cards;
     QString m_strCategory = QStringLiteral("All");
     QString m_strDataset = QStringLiteral("All");
+    bool m_bMainWndPending = false;
 };
