@@ -18,6 +18,14 @@ private:
                                   QRegularExpression::escape(QString::fromLatin1(text)));
     }
 
+    static bool isAsciiOnly(const QByteArray& bytes)
+    {
+        for (const char c : bytes)
+            if (static_cast<unsigned char>(c) >= 0x80)
+                return false;
+        return true;
+    }
+
 private slots:
     void writesEntries_data()
     {
@@ -73,6 +81,36 @@ private slots:
                     .match(QString::fromLatin1(entry.left(16)))
                     .hasMatch());
         QCOMPARE(entry.mid(16), expectedText);
+    }
+
+    void longRunsKeepEveryEntryAndTheLatin1Rules()
+    {
+        // Many entries in a row, one of them non-ASCII: each later entry still turns it into "?".
+        TempAppDir app;
+        CMyLog log;
+        log.SetFileName(QStringLiteral("run.txt"));
+        log.WriteString(QStringLiteral("Init"), true);
+        for (int i = 0; i < 200; ++i)
+            log.WriteString(QStringLiteral("line %1").arg(i), false);
+        log.WriteString(QString::fromUtf8("K\xc3\xb6ln"), false);
+        QVERIFY(app.readFile(QStringLiteral("log/run.txt")).endsWith("K\xf6ln"));
+        log.WriteString(QStringLiteral("after"), false);
+        // Another writer in between is noticed: its bytes go through the same read-as-UTF-8 rule.
+        QFile other(app.filePath(QStringLiteral("log/run.txt")));
+        QVERIFY(other.open(QIODevice::Append));
+        other.write("\r\n10:00:00  --  Z\xfcrich");
+        other.close();
+        log.WriteString(QStringLiteral("last"), false);
+
+        const QByteArray content = app.readFile(QStringLiteral("log/run.txt"));
+        const QList<QByteArray> lines = content.split('\n');
+        QCOMPARE(lines.size(), 1 + 1 + 200 + 4);
+        QVERIFY(content.contains("  --  line 0\r\n"));
+        QVERIFY(content.contains("  --  line 199\r\n"));
+        QVERIFY(content.contains("  --  K?ln\r\n"));
+        QVERIFY(content.contains("  --  Z?rich\r\n"));
+        QVERIFY(content.endsWith("  --  last"));
+        QVERIFY(isAsciiOnly(content));
     }
 
     void recreatesRemovedLogFolder()
