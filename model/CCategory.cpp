@@ -40,8 +40,8 @@ bool CCategory::CheckPath() const
         exe = QStringLiteral("fsx.exe");
     else if (m_strName == QLatin1String("FS2004"))
         exe = QStringLiteral("fs9.exe");
-    else if (m_strName == QLatin1String("Prepar3D v2") || m_strName == QLatin1String("Prepar3D v3")
-             || m_strName == QLatin1String("Prepar3D v4"))
+    else if (m_strName == QLatin1String("Prepar3D v2") || m_strName == QLatin1String("Prepar3D v3") ||
+             m_strName == QLatin1String("Prepar3D v4"))
         exe = QStringLiteral("Prepar3D.exe");
     else if (m_strName == QLatin1String("X-Plane 10") || m_strName == QLatin1String("X-Plane 11"))
         exe = QStringLiteral("X-Plane.app");

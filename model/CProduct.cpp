@@ -132,13 +132,13 @@ QString CProduct::TranslateNewProdPath()
         if (!folder.isEmpty() && QDir(folder).exists() && m_pCategory->CheckPath())
             base = folder;
         else
-            base = QLatin1Char('<') + m_pCategory->GetName() + QStringLiteral(" - ")
-                   + QCoreApplication::translate("QuillmarkMainWindow", "Path") + QLatin1Char('>');
+            base = QLatin1Char('<') + m_pCategory->GetName() + QStringLiteral(" - ") +
+                   QCoreApplication::translate("QuillmarkMainWindow", "Path") + QLatin1Char('>');
         return joinRest(base, parts);
     }
     // "$ProductPath" and "$RegistryKey" are shown as written.
     QString base;
-    if (first != kProductPath && staticBase(first, base))
+    if (staticBase(first, base))
         return joinRest(base, parts);
     return path;
 }
@@ -159,7 +159,7 @@ void CProduct::InitNewProdPath(QString text)
         else if (m_pCategory->CheckPath())
             m_strNewProductPath = joinRest(m_pCategory->GetPath(), parts);
         // A category whose folder does not hold the simulator leaves the old value.
-    } else if (first != kProductPath && staticBase(first, base)) {
+    } else if (staticBase(first, base)) {
         m_strNewProductPath = joinRest(base, parts);
     } else if (first == kRegistryKey) {
         m_log.WriteString(QStringLiteral("**********************************"), false);
@@ -303,8 +303,8 @@ void CProduct::RemoveFileList()
         if (target.isEmpty())
             continue;
         if (!IsInsideProductFolders(target)) {
-            m_log.WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ")
-                                  + entry + QStringLiteral(" -> ") + target,
+            m_log.WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ") +
+                                  entry + QStringLiteral(" -> ") + target,
                               false);
             continue;
         }

@@ -4,7 +4,8 @@
 
 // What the update engine is doing with a product, or last did to it. The numbers are stable:
 // every layer compares them as such.
-enum EQMKProductInstallState {
+enum EQMKProductInstallState
+{
     QMK_STATE_INSTALL_RUN = 1,
     QMK_STATE_RESET_RUN = 2,
     QMK_STATE_REMOVE_BACKUP_RUN = 3,

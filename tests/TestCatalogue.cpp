@@ -1,0 +1,321 @@
+#include "model/CCategory.h"
+#include "model/CDataModel.h"
+#include "model/CDataset.h"
+#include "model/CInstallGroup.h"
+#include "model/CProduct.h"
+#include "support/MessageBoxSpy.h"
+#include "support/TempAppDir.h"
+
+#include <QtTest>
+
+namespace {
+// name;category;dataset;product_path;update;install paths;remove files
+QString describe(CProduct* p)
+{
+    QStringList installs;
+    for (const CInstallPath* entry : p->GetInstallPaths())
+        installs << entry->strPath + QLatin1Char('>') + entry->strSecond;
+    return QStringList{p->GetName(),
+                       p->GetCategoryName(),
+                       p->GetDataset(),
+                       p->GetProductPath(),
+                       p->GetUpdate() ? "1" : "0",
+                       installs.join(QLatin1Char(',')),
+                       p->GetRemoveFiles().join(',')}
+        .join(QLatin1Char(';'));
+}
+
+QStringList lists(CDataModel& model)
+{
+    QStringList lines;
+    for (int i = 0; i < model.GetProductListSize(); ++i)
+        lines << describe(model.GetProductByIndex(i));
+    for (int i = 0; i < model.GetCategoryListSize(); ++i)
+        lines << "cat " + model.GetCategoryByIndex(i)->GetName() + '=' + model.GetCategoryByIndex(i)->GetPath();
+    for (int i = 0; i < model.GetDatasetList()->GetSize(); ++i)
+        lines << "ds " + model.GetDatasetList()->GetByIndex(i)->GetName();
+    return lines;
+}
+
+QByteArray product(const char* name, const char* extra = "")
+{
+    return QByteArray("<name>") + name + "</name><category>X-Plane 11</category>" + extra;
+}
+
+QByteArray catalogue(const QByteArray& products, const QByteArray& rest = QByteArray())
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>" + rest + "<products><data>" + products +
+           "</data></products></data>\n";
+}
+} // namespace
+
+class TestCatalogue : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void parse_data();
+    void parse();
+    void installGroups_data();
+    void installGroups();
+    void badInput_data();
+    void badInput();
+    void shippedCatalogues();
+};
+
+void TestCatalogue::parse_data()
+{
+    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QStringList>("expected");
+    const QString all = QStringLiteral("cat All=");
+
+    QTest::newRow("code-unit order, All without a categories section")
+        << catalogue(product("b") + product("A") + product("a") + product("B"))
+        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;;;0;;", "a;X-Plane 11;;;0;;", "b;X-Plane 11;;;0;;", all};
+    QTest::newRow("equal names keep catalogue order")
+        << catalogue(product("Same", "<dataset>1</dataset>") + product("Alpha") +
+                     product("Same", "<dataset>2</dataset>") + product("Same", "<dataset>3</dataset>"))
+        << QStringList{"Alpha;X-Plane 11;;;0;;", "Same;X-Plane 11;1;;0;;", "Same;X-Plane 11;2;;0;;",
+                       "Same;X-Plane 11;3;;0;;", all};
+    QTest::newRow("only the X-Plane categories")
+        << catalogue("<name>F</name><category>FSX</category><name>T</name><category>X-Plane 10</category>"
+                     "<name>N</name><name>E</name><category>x-plane 11</category>")
+        << QStringList{"T;X-Plane 10;;;0;;", all};
+    QTest::newRow("repeated fields, empty elements")
+        << catalogue(product("P", "<product_path>$SimPath\\first</product_path><install_path>$SimPath\\A:\\x"
+                                  "</install_path><product_path>$SimPath\\\\second</product_path><product_path>"
+                                  "  </product_path><dataset>d</dataset><dataset/><install_path>$ProductPath/B"
+                                  "</install_path><remove_file> $ProductPath\\old.bin </remove_file>"))
+        << QStringList{"P;X-Plane 11;d;$SimPath/second;0;$SimPath/A>/x,$ProductPath/B>;$ProductPath\\old.bin", all};
+    QTest::newRow("update is case-sensitive")
+        << catalogue(product("A", "<update>true</update>") + product("B", "<update>TRUE</update>") +
+                     product("C", "<update>true</update><update>no</update>"))
+        << QStringList{"A;X-Plane 11;;;1;;", "B;X-Plane 11;;;0;;", "C;X-Plane 11;;;0;;", all};
+    QTest::newRow("route planner NavData")
+        << catalogue(product("Orbital Route Planner X", "<product_path>$SimPath</product_path>") +
+                     product("Orbital Route Planner Y", "<product_path>$SimPath\\ORPX Data\\NavData</product_path>") +
+                     product("Orbital Route Planner Z", "<product_path>D:\\NavData\\ORP</product_path>") +
+                     product("orbital route planner", "<product_path>$SimPath</product_path>"))
+        << QStringList{"Orbital Route Planner X;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
+                       "Orbital Route Planner Y;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
+                       "Orbital Route Planner Z;X-Plane 11;;D:/NavData/ORP/ORPX Data/NavData;0;;",
+                       "orbital route planner;X-Plane 11;;$SimPath;0;;", all};
+    QTest::newRow("end of data ends the categories")
+        << catalogue("", "<categories><path>/nowhere</path><data><name>X-Plane 10</name><path> /sims/xp10 </path>"
+                         "<name>X-Plane 11</name></data><name>Late</name></categories>"
+                         "<datasets><name>d1</name><name> </name><name>d2</name></datasets>")
+        << QStringList{all, "cat X-Plane 10=/sims/xp10", "cat X-Plane 11=", "ds d1", "ds d2"};
+    QTest::newRow("fields before a name or after an empty one are ignored")
+        << catalogue("<dataset>orphan</dataset>" + product("A", "<x><dataset><b>bold</b></dataset></x>") +
+                     "<name>  </name><dataset>lost</dataset>" + product("B", "<dataset>kept</dataset>"))
+        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;kept;;0;;", all};
+    QTest::newRow("a datasets token ends the products")
+        << QByteArray("<data><products>" + product("A") + "<datasets><name>d</name></datasets>" + product("B") +
+                      "</products></data>")
+        << QStringList{"A;X-Plane 11;;;0;;", all, "ds d"};
+}
+
+void TestCatalogue::parse()
+{
+    QFETCH(QByteArray, xml);
+    QFETCH(QStringList, expected);
+    TempAppDir dir;
+    MessageBoxSpy spy;
+    QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), xml));
+    CDataModel model;
+    model.Init(QStringLiteral("test"));
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(lists(model), expected);
+}
+
+void TestCatalogue::installGroups_data()
+{
+    QTest::addColumn<QByteArray>("products");
+    QTest::addColumn<QString>("selected");
+    QTest::addColumn<QStringList>("groups");
+    QTest::addColumn<QString>("selectedAfter");
+
+    QTest::newRow("same dataset and paths")
+        << (product("A", "<dataset>d</dataset><install_path>$SimPath\\Custom Data:\\x</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/Custom Data:/y</install_path>") +
+            product("C", "<dataset>d</dataset><install_path>$SimPath/Other</install_path>") +
+            product("D", "<dataset>e</dataset><install_path>$SimPath/Custom Data</install_path>"))
+        << "B" << QStringList{"A,B", "C", "D"} << "A,B";
+    QTest::newRow("path count differs: dataset decides")
+        << (product("A", "<dataset>d</dataset><install_path>$SimPath/One</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/Two</install_path>"
+                         "<install_path>$SimPath/Three</install_path>") +
+            product("C", "<dataset>d</dataset>"))
+        << "C" << QStringList{"A,B,C"} << "A,B,C";
+    QTest::newRow("unresolved paths never match")
+        << (product("A", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>"))
+        << "" << QStringList{"A", "B"} << "";
+    QTest::newRow("order of paths matters")
+        << (product("A", "<dataset>d</dataset><install_path>$SimPath/1</install_path><install_path>$SimPath/2"
+                         "</install_path>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/2</install_path><install_path>$SimPath/1"
+                         "</install_path>") +
+            product("C", "<dataset>d</dataset><install_path>$SimPath/1</install_path><install_path>$SimPath//2"
+                         "</install_path>"))
+        << "B" << QStringList{"A,C", "B"} << "B";
+}
+
+void TestCatalogue::installGroups()
+{
+    QFETCH(QByteArray, products);
+    QFETCH(QString, selected);
+    QFETCH(QStringList, groups);
+    QFETCH(QString, selectedAfter);
+    TempAppDir dir;
+    QVERIFY(QDir().mkpath(dir.filePath(QStringLiteral("sim/X-Plane.app"))));
+    QVERIFY(
+        dir.writeFile(QStringLiteral("bin/base_ini.xml"),
+                      catalogue(products, "<categories><name>X-Plane 11</name><path>" +
+                                              dir.filePath(QStringLiteral("sim")).toUtf8() + "</path></categories>")));
+    CDataModel model;
+    model.Init(QString());
+    if (!selected.isEmpty())
+        model.GetProductByName(selected)->SetUpdate(true);
+
+    for (int round = 0; round < 2; ++round) { // rebuilding leaves no stale groups
+        model.InitProdUpdateListForUpdateOrReset(round == 0);
+        QStringList found;
+        for (int i = 0; i < model.GetInstallGroupList()->GetSize(); ++i)
+            found << model.GetInstallGroupList()->GetByIndex(i)->GetProdNames().join(QLatin1Char(','));
+        QCOMPARE(found, groups);
+    }
+    QStringList now;
+    for (int i = 0; i < model.GetProductListSize(); ++i) {
+        if (model.GetProductByIndex(i)->GetUpdate())
+            now << model.GetProductByIndex(i)->GetName();
+    }
+    QCOMPARE(now.join(QLatin1Char(',')), selectedAfter);
+    if (!selected.isEmpty()) { // deselecting one member deselects its group
+        model.GetProductByName(selected)->SetUpdate(false);
+        for (CProduct* p : model.GetProductByName(selected)->GetInstallGroup()->GetProducts())
+            QVERIFY2(!p->GetUpdate(), qPrintable(p->GetName()));
+    }
+}
+
+void TestCatalogue::badInput_data()
+{
+    QTest::addColumn<QByteArray>("content"); // null: no file
+    QTest::addColumn<QString>("box");        // title, or title|text; empty: no box
+    QTest::addColumn<QString>("products");
+
+    const QByteArray good = catalogue(product("Kept", "<dataset>d</dataset>"));
+    QByteArray binary;
+    for (int i = 0; i < 4096; ++i)
+        binary.append(char((i * 131 + 7) % 256));
+    QByteArray nested = "<data><products>" + product("Deep") + QByteArray("<n>").repeated(20000) +
+                        "<name>Inner</name><category>X-Plane 10</category>" + QByteArray("</n>").repeated(20000) +
+                        "</products></data>";
+    QByteArray large = "<data><products>" + product("First") +
+                       QByteArray("<unknown attribute=\"value\">text nobody reads</unknown>\n").repeated(600000) +
+                       product("Last") + "</products></data>";
+
+    QTest::newRow("missing") << QByteArray() << "Error! Init base|Couldn't open bin/base_ini.xml"
+                             << "";
+    QTest::newRow("empty") << QByteArray("") << "parseXML"
+                           << "";
+    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML"
+                               << "Kept";
+    QTest::newRow("not well formed") << "<data><products>" + product("Kept") + "</category></products></data>"
+                                     << "parseXML"
+                                     << "Kept";
+    QTest::newRow("not UTF-8") << "<data><products>" + product("Caf\xe9") + "</products></data>"
+                               << "parseXML"
+                               << "";
+    QTest::newRow("binary") << binary << "parseXML"
+                            << "";
+    QTest::newRow("two documents") << good + good << "parseXML"
+                                   << "Kept";
+    QTest::newRow("deeply nested") << nested << ""
+                                   << "Deep,Inner";
+    QTest::newRow("very large") << large << ""
+                                << "First,Last";
+    QTest::newRow("repeated sections add up")
+        << catalogue(product("B"), "<products>" + product("A") + "</products>") << ""
+        << "A,B";
+    QTest::newRow("everything filtered away") << catalogue("<name>A</name><category>FSX</category><name>B</name>") << ""
+                                              << "";
+    QTest::newRow("without dataset or path")
+        << catalogue(product("NoDataset", "<product_path>$SimPath</product_path>") + product("NoPath")) << ""
+        << "NoDataset,NoPath";
+}
+
+void TestCatalogue::badInput()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, box);
+    QFETCH(QString, products);
+    TempAppDir dir;
+    MessageBoxSpy spy;
+    if (!content.isNull())
+        QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), content));
+    CDataModel model;
+    model.Init(QString());
+
+    QCOMPARE(spy.count(), box.isEmpty() ? 0 : 1);
+    if (!box.isEmpty()) {
+        const MessageBoxSpy::Box& shown = spy.boxes().first();
+        QCOMPARE(shown.title, box.section(QLatin1Char('|'), 0, 0));
+        QCOMPARE(shown.icon, box.contains(QLatin1Char('|')) ? QMessageBox::Critical : QMessageBox::NoIcon);
+        QVERIFY(!shown.text.isEmpty());
+        if (box.contains(QLatin1Char('|')))
+            QCOMPARE(shown.text, box.section(QLatin1Char('|'), 1));
+        QVERIFY(dir.readFile(QStringLiteral("log/log_datamodel.txt")).contains("base_ini.xml")); // names the file
+    }
+    QStringList names;
+    for (int i = 0; i < model.GetProductListSize(); ++i) {
+        names << model.GetProductByIndex(i)->GetName();
+        QVERIFY(!model.GetProductByIndex(i)->GetCategory()); // its category name matches no category
+    }
+    QCOMPARE(names.join(QLatin1Char(',')), products);
+    QCOMPARE(model.GetCategoryListSize(), content.isNull() ? 0 : 1);
+    QCOMPARE(dir.readFile(QStringLiteral("bin/base_ini.xml")), content.isNull() ? QByteArray() : content);
+}
+
+void TestCatalogue::shippedCatalogues()
+{
+    const QString source = QString::fromLocal8Bit(qgetenv("QMK_TEST_SOURCE_DIR"));
+    if (source.isEmpty())
+        QSKIP("source folder not known");
+    // The demo script makes simulator folders in which the demo products show different states.
+    TempAppDir dir;
+    MessageBoxSpy spy;
+    QProcess script;
+    script.start(source + QStringLiteral("/tools/demo/make-demo-sims.sh"),
+                 {dir.filePath(QStringLiteral("sims")), dir.path()});
+    QVERIFY(script.waitForFinished(30000) && script.exitCode() == 0);
+    CDataModel model;
+    model.Init(QString());
+    QStringList states;
+    for (int i = 0; i < model.GetProductListSize(); ++i) {
+        CProduct* p = model.GetProductByIndex(i);
+        QVERIFY2(p->GetCategory() && p->GetCategory()->CheckPath(), qPrintable(p->GetName()));
+        p->InitNewProdPath(p->GetProductPath());
+        p->CheckCycleVersion(QStringLiteral("2101"), QStringLiteral("1"));
+        states << p->GetName() + '=' + p->GetCycleVersion() + '/' + QString::number(p->GetInstallState());
+    }
+    QCOMPARE(states, (QStringList{"Kestrel Avionics KX-900 FMS=/7", "Larkspur Jetliner Family=2013/7",
+                                  "Larkspur Regional Jet=2013/7", "Orbital Route Planner X=2012/7",
+                                  "Tern Turboprop Series=1913/7", "X-Plane 10 Default Navigation=/7",
+                                  "X-Plane 11 Default Navigation=2101/5"}));
+    model.InitProdUpdateListForUpdateOrReset(false);
+    QCOMPARE(model.GetInstallGroupList()->GetSize(), 6);
+
+    // The shipped default catalogue reads cleanly and every product names a known dataset.
+    QFile shipped(source + QStringLiteral("/resources/bin/base_ini.xml"));
+    QVERIFY(shipped.open(QIODevice::ReadOnly) && dir.writeFile(QStringLiteral("bin/base_ini.xml"), shipped.readAll()));
+    CDataModel defaults;
+    defaults.Init(QString());
+    QVERIFY(defaults.GetProductListSize() >= 6);
+    for (int i = 0; i < defaults.GetProductListSize(); ++i)
+        QVERIFY(defaults.GetDatasetList()->GetByName(defaults.GetProductByIndex(i)->GetDataset()));
+    QCOMPARE(spy.count(), 0);
+}
+
+QTEST_MAIN(TestCatalogue)
+#include "TestCatalogue.moc"
