@@ -94,8 +94,12 @@ int main(int argc, char** argv)
         engine->SetServer(parser.value(serverOption));
 
     CProductList* products = model.GetProductList();
-    for (int i = 0; i < products->GetSize(); ++i)
-        products->GetByIndex(i)->SetUpdate(true);
+    for (int i = 0; i < products->GetSize(); ++i) {
+        CProduct* p = products->GetByIndex(i);
+        // What each product card does when it is built: resolve the stored folder.
+        p->InitNewProdPath(p->GetProductPath());
+        p->SetUpdate(true);
+    }
 
     say(QStringLiteral("Searching ") + engine->GetServerBaseUrl() + QStringLiteral("versionList.txt"));
     engine->SearchForNewVersion(true);
@@ -145,7 +149,6 @@ int main(int argc, char** argv)
                      [](const QString& name) { say(QStringLiteral("Installing ") + name); });
     engine->InstallProducts();
     const bool ready = waitFor(engine, 30 * 60000, &CDSVersion::SignalInstallReady);
-    engine->StopInstall();
 
     say(QString());
     std::fputs(qPrintable(engine->GetResult()), stdout);
@@ -156,6 +159,8 @@ int main(int argc, char** argv)
                                                    p->GetCycleVersion().isEmpty() ? QStringLiteral("none")
                                                                                    : p->GetCycleVersion()));
     }
+    // Settles the states and records the installed version, as closing the update dialog does.
+    engine->StopInstall();
     if (!ready) {
         say(QStringLiteral("The install did not finish."));
         return 2;
