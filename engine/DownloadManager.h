@@ -61,6 +61,8 @@ private:
     QString m_lastFile;
     QStringList m_errors;
     QString m_downloadDirectory;
+    qint64 m_received = 0;    // body bytes of the current attempt
+    bool m_truncated = false; // the current attempt ended short of its Content-Length
 
 public slots:
     void stopDownloadSlot();

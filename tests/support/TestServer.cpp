@@ -38,6 +38,7 @@ struct TestServer::State
     int slowInterval = 40;
     QList<Request> requests;
     int tlsConnections = 0;
+    int connections = 0;
     quint16 port = 0;
     QSslCertificate certificate;
     QSslKey key;
@@ -48,6 +49,7 @@ namespace {
 constexpr qint64 BlockSize = 65536;
 constexpr qint64 WriteChunk = 256 * 1024;
 constexpr qint64 HeaderLimit = 64 * 1024;
+constexpr int CloseDelayMs = 300;
 
 const QByteArray& patternBlock()
 {
@@ -119,6 +121,8 @@ public:
         : QObject(parent), m_socket(socket), m_state(std::move(state))
     {
         m_socket->setParent(this);
+        QMutexLocker lock(&m_state->mutex);
+        m_request.connection = ++m_state->connections;
         connect(m_socket, &QTcpSocket::readyRead, this, &Connection::onReadyRead);
         connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::pump);
         connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
@@ -293,12 +297,22 @@ private:
     {
         if (!m_streaming)
             return;
-        while (m_sent < m_limit && m_socket->bytesToWrite() < 2 * WriteChunk) {
-            const QByteArray chunk = nextChunk(WriteChunk);
-            if (chunk.isEmpty())
+        while (m_sent < m_limit && m_socket->bytesToWrite() == 0) {
+            qint64 written = 0;
+            if (m_generated) {
+                // Straight from the pattern block: nothing is made or copied per request.
+                const qint64 inBlock = m_sent % BlockSize;
+                const qint64 take = qMin(BlockSize - inBlock, m_limit - m_sent);
+                written = m_socket->write(patternBlock().constData() + inBlock, take);
+            } else {
+                const QByteArray chunk = nextChunk(WriteChunk);
+                if (chunk.isEmpty())
+                    break;
+                written = m_socket->write(chunk);
+            }
+            if (written <= 0)
                 break;
-            m_socket->write(chunk);
-            m_sent += chunk.size();
+            m_sent += written;
         }
         finishIfDone();
     }
@@ -320,9 +334,15 @@ private:
     void finishIfDone()
     {
         if (m_sent >= m_limit && m_socket->bytesToWrite() == 0 && !m_closing) {
-            // With a short limit this closes in the middle of the announced body.
             m_closing = true;
-            m_socket->disconnectFromHost();
+            if (m_limit >= m_size) {
+                m_socket->disconnectFromHost();
+                return;
+            }
+            // In the middle of the announced body. The pause lets the client take in what was
+            // sent first; a close that races the headers makes Qt's HTTP layer resend the
+            // request by itself, which would blur the request count.
+            QTimer::singleShot(CloseDelayMs, m_socket, &QTcpSocket::disconnectFromHost);
         }
     }
 
@@ -377,7 +397,8 @@ private:
     void startPlain(qintptr descriptor)
     {
         auto* socket = new QTcpSocket;
-        if (!socket->setSocketDescriptor(descriptor)) {
+        if (!socket->setSocketDescriptor(descriptor, QAbstractSocket::ConnectedState,
+                                         QIODevice::ReadWrite | QIODevice::Unbuffered)) {
             delete socket;
             ::close(int(descriptor));
             return;

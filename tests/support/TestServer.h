@@ -47,7 +47,8 @@ public:
         QString path;                        // decoded URL path, without query
         QMap<QByteArray, QByteArray> headers; // names in lower case
         QByteArray body;
-        int status = 0; // status code the server answered with
+        int status = 0;     // status code the server answered with
+        int connection = 0; // number of the TCP connection it came on, from 1
     };
 
     explicit TestServer(const QString& rootDir = QString());
