@@ -315,6 +315,8 @@ void CDSVersion::DownloadNewDSVersion()
         m_pSingleProduct->SetErrorText(QString());
         if (m_pSingleProduct->GetInstallGroup())
             m_pSingleProduct->GetInstallGroup()->SetInstallState(QMK_STATE_INSTALL_RUN);
+        else
+            m_pSingleProduct->SetInstallState(QMK_STATE_INSTALL_RUN);
         enqueue(m_pSingleProduct);
     }
 
@@ -661,6 +663,8 @@ bool CDSVersion::StartUnzip(const QString& archive, const QString& target, bool)
         QTimer::singleShot(0, this, &CDSVersion::UnzipNextProduct);
     });
 
+    // Nobody reads unzip's listing of every file, so it goes nowhere instead of into a buffer.
+    m_pUnzipProcess->setStandardOutputFile(QProcess::nullDevice());
     CToolCommand command(QStringLiteral("unzip"));
     command.arg(QStringLiteral("-o")).arg(QStringLiteral("-P")).arg(QLatin1String(kArchivePassword));
     command.quoted(archive).arg(QStringLiteral("-d")).quoted(target);

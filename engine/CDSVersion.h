@@ -60,7 +60,8 @@ public:
     // The three switches the settings file keeps.
     bool GetNavDataOverwriteAccept() const { return m_bNavDataOverwriteAccept; }
     void SetNavDataOverwriteAccept(bool accept) { m_bNavDataOverwriteAccept = accept; }
-    // Whether the update dialog offers the locally held cycle rather than the server's.
+    // Whether the update dialog offers the locally held cycle rather than the server's; the dialog
+    // falls back to the server when there is no local copy.
     bool GetLocalVersion() const { return m_bLocalVersion; }
     void SetLocalVersion(bool local) { m_bLocalVersion = local; }
     bool GetCreateBackupFiles() const { return m_bCreateBackupFiles; }
@@ -211,7 +212,7 @@ private:
     bool m_bSearchByHand = false;
 
     bool m_bNavDataOverwriteAccept = true;
-    bool m_bLocalVersion = false;
+    bool m_bLocalVersion = true;
     bool m_bCreateBackupFiles = true;
 
     CProductList* m_pProductList = nullptr;

@@ -75,7 +75,7 @@ public:
     struct DSEngineFlags
     {
         bool navDataOverwriteAccept = true;
-        bool localVersion = false;
+        bool localVersion = true;
         bool createBackupFiles = true;
     };
     DSEngineFlags GetPendingDSEngineFlags() const;

@@ -86,7 +86,7 @@ private slots:
         // The settings' switches reach the engine; the engine's values go back into the file.
         QCOMPARE(engine->GetNavDataOverwriteAccept(), false);
         QCOMPARE(engine->GetCreateBackupFiles(), false);
-        QCOMPARE(engine->GetLocalVersion(), false);
+        QCOMPARE(engine->GetLocalVersion(), true); // not in the file: the default
         engine->SetCreateBackupFiles(true);
         QVERIFY(model.Save());
         const QByteArray saved = app.readFile("bin/prop_ini.xml");

@@ -2,7 +2,7 @@
 // installed into a product that already holds the previous cycle of the same files, timed from
 // InstallProducts() to SignalInstallReady(). The reference is the same work done in a shell in
 // the same run: unzip into a scratch folder, then mv every file into place keeping the old one
-// (mv --backup). Archive and previous tree are made once and cached in /tmp.
+// (mv --backup=simple). Archive and previous tree are made once and cached in /tmp.
 //   bench_install [--files N] [--runs N]
 
 #include "engine/CDSVersion.h"
@@ -147,7 +147,7 @@ double shellRun()
     const QString script =
         QStringLiteral("set -e; unzip -o -P pralvek %1 -d %2 >/dev/null; cd %2; "
                        "find . -type d | while read -r d; do mkdir -p %3/\"$d\"; "
-                       "find \"$d\" -maxdepth 1 -type f -exec mv -f --backup=numbered -t %3/\"$d\" {} +; done")
+                       "find \"$d\" -maxdepth 1 -type f -exec mv -f --backup=simple -t %3/\"$d\" {} +; done")
             .arg(quote(kCache + "/DS.zip"), quote(temp), quote(productRoot));
     QElapsedTimer timer;
     timer.start();
