@@ -172,7 +172,8 @@ void CQMKVersion::InitNewQMKVersion(QString filePath)
             problem = QStringLiteral("version is not made of letters and digits");
     }
     if (!problem.isEmpty()) {
-        const QString message = QStringLiteral("!!ERROR Unusable version file ") + filePath + QStringLiteral(": ") + problem;
+        const QString message =
+            QStringLiteral("!!ERROR Unusable version file ") + filePath + QStringLiteral(": ") + problem;
         m_log.WriteString(message, false);
         const QByteArray bytes = (message + QLatin1Char('\n')).toLocal8Bit();
         std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stderr);
@@ -244,7 +245,8 @@ bool CQMKVersion::InstallQuillmark()
 
     // unzip runs without -o and would ask before overwriting what an interrupted earlier run
     // unpacked, so that folder goes first.
-    removeDir(m_strDownloadDir + QLatin1Char('/') + m_strUnzipFolderName);
+    if (!m_strUnzipFolderName.isEmpty())
+        removeDir(m_strDownloadDir + QLatin1Char('/') + m_strUnzipFolderName);
 
     StopInstall();
     m_pUnzipProcess = new QProcess();
@@ -295,6 +297,9 @@ void CQMKVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatu
 {
     if (exitStatus == QProcess::CrashExit) {
         m_log.WriteString(QStringLiteral("!!Error UPDATE-RESULT == UNZIP FAILED "), false);
+    } else if (m_strUnzipFolderName.isEmpty()) {
+        // A new search dropped the release while unzip ran; "downloads" itself is never moved.
+        m_log.WriteString(QStringLiteral("!!ERROR no release folder to move after unzip"), false);
     } else {
         if (exitCode != 0)
             m_log.WriteString(QStringLiteral("!!WARNING unzip ended with exit code %1").arg(exitCode), false);
@@ -308,12 +313,18 @@ void CQMKVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatu
 
 void CQMKVersion::moveDirCentents(const QString& source, const QString& target)
 {
+    // Moving a folder onto itself would delete each file before renaming it.
+    if (QDir::cleanPath(source) == QDir::cleanPath(target))
+        return;
     QQueue<QPair<QString, QString>> pending;
     pending.enqueue(qMakePair(source, target));
     while (!pending.isEmpty()) {
         const QPair<QString, QString> pair = pending.dequeue();
         if (!QFileInfo(pair.first).isDir() || CFileTree::isLink(pair.first))
             continue;
+        // A link in the target is replaced, never written through.
+        if (CFileTree::isLink(pair.second))
+            QFile::remove(pair.second);
         if (!QDir(pair.second).exists())
             QDir().mkpath(pair.second);
         for (const QFileInfo& file : CFileTree::plainFiles(pair.first)) {

@@ -1,12 +1,12 @@
 #include "engine/DownloadManager.h"
 
+#include <QFileInfo>
 #include <QNetworkRequest>
 
 #include <cmath>
 #include <cstdio>
 
 int DownloadManager::stLastError = 0;
-
 
 namespace {
 constexpr qint64 WriteSlice = 256 * 1024;
@@ -47,8 +47,10 @@ QString DownloadManager::saveFileName(const QUrl& url)
     if (name.isEmpty())
         name = QStringLiteral("download");
     const QString path = m_downloadDirectory + QLatin1Char('/') + name;
-    // A partial file from a failed attempt of the same name goes now.
-    if (QFile::exists(path))
+    // A partial file from a failed attempt of the same name goes now. A link goes as a link, so
+    // the transfer never writes through it into someone else's file.
+    const QFileInfo info(path);
+    if (info.exists() || info.isSymLink())
         QFile::remove(path);
     return path;
 }

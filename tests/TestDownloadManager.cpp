@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTcpServer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
@@ -29,6 +30,12 @@ QByteArray readAll(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
+}
+
+bool writeUserFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write("mine") == 4;
 }
 
 // A loopback port nobody listens on.
@@ -63,12 +70,12 @@ class TestDownloadManager : public QObject
 private slots:
     void transfer_data()
     {
-        QTest::addColumn<QString>("scheme");      // "http", "https" or "refused"
+        QTest::addColumn<QString>("scheme"); // "http", "https" or "refused"
         QTest::addColumn<QByteArray>("credentials");
         QTest::addColumn<QString>("path");
         QTest::addColumn<TestServer::Fault>("fault");
-        QTest::addColumn<bool>("faultOnce");      // next request only, else every request
-        QTest::addColumn<int>("requests");        // HTTP requests the downloader sent
+        QTest::addColumn<bool>("faultOnce"); // next request only, else every request
+        QTest::addColumn<int>("requests");   // HTTP requests the downloader sent
         // Connections the server ends early. After such a close Qt's HTTP layer sometimes sends
         // the request once more on its own (and drops the answer), so the server may see that many more.
         QTest::addColumn<int>("earlyCloses");
@@ -86,14 +93,14 @@ private slots:
             << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << true << 2 << 0 << 0
             << int(QNetworkReply::InternalServerError) << false << body
             << QStringList{"!!!Error: Download-Error-ID=401", "Run Download2"};
-        QTest::newRow("server error twice") << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << false
-                                            << 2 << 0 << 0 << int(QNetworkReply::InternalServerError) << true
-                                            << QByteArray("Internal Server Error")
-                                            << QStringList{"Run Download2", "Failed download file"};
-        QTest::newRow("wrong credentials") << "http" << QByteArray("webclient:wrong") << "/quillmark/a.zip" << F::None
-                                           << false << 2 << 0 << 0 << int(QNetworkReply::AuthenticationRequiredError)
-                                           << true << QByteArray("Unauthorized")
-                                           << QStringList{"!!!Error: Download-Error-ID=204"};
+        QTest::newRow("server error twice")
+            << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << false << 2 << 0 << 0
+            << int(QNetworkReply::InternalServerError) << true << QByteArray("Internal Server Error")
+            << QStringList{"Run Download2", "Failed download file"};
+        QTest::newRow("wrong credentials")
+            << "http" << QByteArray("webclient:wrong") << "/quillmark/a.zip" << F::None << false << 2 << 0 << 0
+            << int(QNetworkReply::AuthenticationRequiredError) << true << QByteArray("Unauthorized")
+            << QStringList{"!!!Error: Download-Error-ID=204"};
         QTest::newRow("missing file") << "http" << Credentials << "/quillmark/missing.zip" << F::None << false << 2 << 0
                                       << 0 << int(QNetworkReply::ContentNotFoundError) << true
                                       << QByteArray("Not Found") << QStringList{"!!!Error: Download-Error-ID=203"};
@@ -108,8 +115,8 @@ private slots:
             << "https" << Credentials << "/quillmark/a.zip" << F::None << false << 1 << 0 << 1
             << int(QNetworkReply::SslHandshakeFailedError) << false << body
             << QStringList{"!!!Error: SSL-Error", "Run Download2"};
-        QTest::newRow("connection refused") << "refused" << Credentials << "/quillmark/a.zip" << F::None << false << 0 << 0
-                                            << 0 << int(QNetworkReply::ConnectionRefusedError) << true
+        QTest::newRow("connection refused") << "refused" << Credentials << "/quillmark/a.zip" << F::None << false << 0
+                                            << 0 << 0 << int(QNetworkReply::ConnectionRefusedError) << true
                                             << QByteArray() << QStringList{"!!!Error: Download-Error-ID=1"};
     }
 
@@ -280,8 +287,12 @@ private slots:
         QTest::addColumn<QString>("folder"); // below the temporary program folder
         QTest::addColumn<QString>("savedAs");
         QTest::addColumn<bool>("sent");
-        QTest::newRow("path ending in a slash") << "/quillmark/" << "downloads" << "download" << true;
-        QTest::newRow("missing download folder") << "/quillmark/a.zip" << "no/such/folder" << "a.zip" << false;
+        QTest::newRow("path ending in a slash") << "/quillmark/"
+                                                << "downloads"
+                                                << "download" << true;
+        QTest::newRow("missing download folder") << "/quillmark/a.zip"
+                                                 << "no/such/folder"
+                                                 << "a.zip" << false;
     }
 
     void targetProblems()
@@ -320,6 +331,40 @@ private slots:
         QCOMPARE(errors.size(), 1);
         QVERIFY(errors.first().startsWith(QStringLiteral("Problem opening save file ") + dir + "/" + savedAs +
                                           " for download " + server.url(path) + "\n"));
+    }
+
+    void linkInTheWay_data()
+    {
+        QTest::addColumn<bool>("dangling");
+        QTest::newRow("link to a user's file") << false;
+        QTest::newRow("dangling link") << true;
+    }
+
+    // A link where the download lands is replaced; what it points at stays as it was.
+    void linkInTheWay()
+    {
+        QFETCH(bool, dangling);
+        TempAppDir app;
+        QTemporaryDir outside;
+        const QString userFile = outside.filePath("mine.txt");
+        if (!dangling)
+            QVERIFY(writeUserFile(userFile));
+        const QString downloads = app.filePath("downloads");
+        QVERIFY(QDir().mkpath(downloads));
+        QVERIFY(QFile::link(userFile, downloads + "/a.zip"));
+
+        TestServer server;
+        QVERIFY(server.start());
+        server.addContent("/a.zip", "fresh");
+        DownloadManager manager;
+        QSignalSpy finished(&manager, &DownloadManager::SignalFinished);
+        manager.credentials = Credentials;
+        manager.DownloadFile(QUrl(server.url("/a.zip")), true, downloads);
+        QVERIFY(finished.wait(20000));
+        QVERIFY(takeFinished(finished).errors.isEmpty());
+        QVERIFY(!QFileInfo(downloads + "/a.zip").isSymLink());
+        QCOMPARE(readAll(downloads + "/a.zip"), QByteArray("fresh"));
+        QCOMPARE(readAll(userFile), dangling ? QByteArray("<none>") : QByteArray("mine"));
     }
 
     void progressLine_data()

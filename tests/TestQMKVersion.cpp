@@ -80,27 +80,58 @@ private slots:
         QTest::addColumn<QString>("appName");
         QTest::addColumn<bool>("available");
 
-        QTest::newRow("124 over 1.2.3") << QByteArray("124") << "1.2.3" << "1.2.4" << "VL_QUILLMARK_V124_MAC.zip"
+        QTest::newRow("124 over 1.2.3") << QByteArray("124") << "1.2.3"
+                                        << "1.2.4"
+                                        << "VL_QUILLMARK_V124_MAC.zip"
                                         << "VL_QUILLMARK_V124.app" << true;
-        QTest::newRow("1210 over 1.2.1") << QByteArray("1210") << "1.2.1" << "1.2.1.0"
-                                         << "VL_QUILLMARK_V1210_MAC.zip" << "VL_QUILLMARK_V1210.app" << true;
-        QTest::newRow("1210 over 1.2.0.9 as text") << QByteArray("1210") << "1.2.0.9" << "1.2.1.0"
-                                                   << "VL_QUILLMARK_V1210_MAC.zip" << "VL_QUILLMARK_V1210.app" << true;
-        QTest::newRow("blank lines around") << QByteArray("\r\n\n  124 \r\n\n") << "1.2.3" << "1.2.4"
-                                            << "VL_QUILLMARK_V124_MAC.zip" << "VL_QUILLMARK_V124.app" << true;
-        QTest::newRow("same version") << QByteArray("123\n") << "1.2.3" << "1.2.3" << "VL_QUILLMARK_V123_MAC.zip"
+        QTest::newRow("1210 over 1.2.1") << QByteArray("1210") << "1.2.1"
+                                         << "1.2.1.0"
+                                         << "VL_QUILLMARK_V1210_MAC.zip"
+                                         << "VL_QUILLMARK_V1210.app" << true;
+        QTest::newRow("1210 over 1.2.0.9 as text") << QByteArray("1210") << "1.2.0.9"
+                                                   << "1.2.1.0"
+                                                   << "VL_QUILLMARK_V1210_MAC.zip"
+                                                   << "VL_QUILLMARK_V1210.app" << true;
+        QTest::newRow("blank lines around") << QByteArray("\r\n\n  124 \r\n\n") << "1.2.3"
+                                            << "1.2.4"
+                                            << "VL_QUILLMARK_V124_MAC.zip"
+                                            << "VL_QUILLMARK_V124.app" << true;
+        QTest::newRow("same version") << QByteArray("123\n") << "1.2.3"
+                                      << "1.2.3"
+                                      << "VL_QUILLMARK_V123_MAC.zip"
                                       << "VL_QUILLMARK_V123.app" << false;
-        QTest::newRow("older") << QByteArray("122") << "1.2.3" << "1.2.2" << "VL_QUILLMARK_V122_MAC.zip"
+        QTest::newRow("older") << QByteArray("122") << "1.2.3"
+                               << "1.2.2"
+                               << "VL_QUILLMARK_V122_MAC.zip"
                                << "VL_QUILLMARK_V122.app" << false;
-        QTest::newRow("unknown running version") << QByteArray("124") << "" << "1.2.4"
-                                                 << "VL_QUILLMARK_V124_MAC.zip" << "VL_QUILLMARK_V124.app" << false;
-        QTest::newRow("empty") << QByteArray() << "1.2.3" << "" << "" << "" << false;
-        QTest::newRow("blank") << QByteArray(" \r\n\t\n") << "1.2.3" << "" << "" << "" << false;
-        QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << "1.2.3" << "" << "" << ""
-                                << false;
-        QTest::newRow("path in it") << QByteArray("9/../../x") << "1.2.3" << "" << "" << "" << false;
-        QTest::newRow("huge") << QByteArray(3 * 1024 * 1024, '9') << "1.2.3" << "" << "" << "" << false;
-        QTest::newRow("long line") << QByteArray(200, '9') << "1.2.3" << "" << "" << "" << false;
+        QTest::newRow("unknown running version") << QByteArray("124") << ""
+                                                 << "1.2.4"
+                                                 << "VL_QUILLMARK_V124_MAC.zip"
+                                                 << "VL_QUILLMARK_V124.app" << false;
+        QTest::newRow("empty") << QByteArray() << "1.2.3"
+                               << ""
+                               << ""
+                               << "" << false;
+        QTest::newRow("blank") << QByteArray(" \r\n\t\n") << "1.2.3"
+                               << ""
+                               << ""
+                               << "" << false;
+        QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << "1.2.3"
+                                << ""
+                                << ""
+                                << "" << false;
+        QTest::newRow("path in it") << QByteArray("9/../../x") << "1.2.3"
+                                    << ""
+                                    << ""
+                                    << "" << false;
+        QTest::newRow("huge") << QByteArray(3 * 1024 * 1024, '9') << "1.2.3"
+                              << ""
+                              << ""
+                              << "" << false;
+        QTest::newRow("long line") << QByteArray(200, '9') << "1.2.3"
+                                   << ""
+                                   << ""
+                                   << "" << false;
     }
 
     void versionFile()
@@ -182,6 +213,9 @@ private slots:
         QCOMPARE(server.lastRequest().path, "/downloads/quillmark/" + ReleaseFolder + ".zip");
         QVERIFY(QFile::exists(engine.GetNewQMKVersionZipFilePath()));
 
+        // A link where the updater lands must not lead the move into the user's folder.
+        QVERIFY(QFile::link(outside.path(), downloads + "/qmk_au.app"));
+
         MessageBoxSpy boxes;
         QSignalSpy unzipped(&engine, &CQMKVersion::SignalUnzipNewVersionFinished);
         QVERIFY(engine.InstallQuillmark());
@@ -190,6 +224,8 @@ private slots:
         QVERIFY(QFileInfo(engine.GetNewQMKVersionInstFilePath()).isDir());
         QCOMPARE(app.readFile("downloads/VL_QUILLMARK_V124.app/Contents/MacOS/Quillmark"), QByteArray("new program"));
         QVERIFY(QFileInfo(downloads + "/qmk_au.app/Contents/MacOS/qmk_au").isExecutable());
+        QVERIFY(!QFileInfo(downloads + "/qmk_au.app").isSymLink());
+        QCOMPARE(QDir(outside.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"keep.txt"});
         QVERIFY(QFile::exists(downloads + "/readme.txt"));
         QVERIFY(!QFile::exists(downloads + "/" + ReleaseFolder));
         const QByteArray log = app.readFile("log/log_qmkupdate.txt");
@@ -211,24 +247,32 @@ private slots:
     void faults_data()
     {
         QTest::addColumn<bool>("versionOnServer");
-        QTest::addColumn<QString>("archive");     // on the server: "good", "corrupt", "none", "slow"
-        QTest::addColumn<QString>("unzip");       // "real", "crash", "absent"
-        QTest::addColumn<bool>("removeLocally");  // the archive goes before the install
-        QTest::addColumn<QString>("outcome");     // "downloadError", "box", "unzipFinished"
-        QTest::addColumn<QString>("expected");    // in the error text, box text or log
+        QTest::addColumn<QString>("archive");    // on the server: "good", "corrupt", "none", "slow"
+        QTest::addColumn<QString>("unzip");      // "real", "crash", "absent"
+        QTest::addColumn<bool>("removeLocally"); // the archive goes before the install
+        QTest::addColumn<QString>("outcome");    // "downloadError", "box", "unzipFinished"
+        QTest::addColumn<QString>("expected");   // in the error text, box text or log
 
-        QTest::newRow("version file missing") << false << "good" << "real" << false << "downloadError"
+        QTest::newRow("version file missing") << false << "good"
+                                              << "real" << false << "downloadError"
                                               << "Failed download file";
-        QTest::newRow("archive missing on the server")
-            << true << "none" << "real" << false << "downloadError" << "Failed download file";
-        QTest::newRow("download stopped") << true << "slow" << "real" << false << "downloadError" << "User abort";
-        QTest::newRow("archive removed before install")
-            << true << "good" << "real" << true << "box" << "Missing file ";
-        QTest::newRow("unzip not on the search path") << true << "good" << "absent" << false << "box"
+        QTest::newRow("archive missing on the server") << true << "none"
+                                                       << "real" << false << "downloadError"
+                                                       << "Failed download file";
+        QTest::newRow("download stopped") << true << "slow"
+                                          << "real" << false << "downloadError"
+                                          << "User abort";
+        QTest::newRow("archive removed before install") << true << "good"
+                                                        << "real" << true << "box"
+                                                        << "Missing file ";
+        QTest::newRow("unzip not on the search path") << true << "good"
+                                                      << "absent" << false << "box"
                                                       << "Missing file unzip";
-        QTest::newRow("corrupt archive") << true << "corrupt" << "real" << false << "unzipFinished"
+        QTest::newRow("corrupt archive") << true << "corrupt"
+                                         << "real" << false << "unzipFinished"
                                          << "!!WARNING unzip ended with exit code";
-        QTest::newRow("unzip crashes") << true << "good" << "crash" << false << "unzipFinished"
+        QTest::newRow("unzip crashes") << true << "good"
+                                       << "crash" << false << "unzipFinished"
                                        << "!!Error UPDATE-RESULT == UNZIP FAILED ";
     }
 

@@ -103,13 +103,20 @@ const Certificate& testCertificate()
 QByteArray reasonPhrase(int status)
 {
     switch (status) {
-    case 200: return "OK";
-    case 400: return "Bad Request";
-    case 401: return "Unauthorized";
-    case 404: return "Not Found";
-    case 405: return "Method Not Allowed";
-    case 500: return "Internal Server Error";
-    default: return "Status";
+    case 200:
+        return "OK";
+    case 400:
+        return "Bad Request";
+    case 401:
+        return "Unauthorized";
+    case 404:
+        return "Not Found";
+    case 405:
+        return "Method Not Allowed";
+    case 500:
+        return "Internal Server Error";
+    default:
+        return "Status";
     }
 }
 
@@ -444,10 +451,7 @@ public:
     explicit Runner(std::shared_ptr<State> state) : m_state(std::move(state)) {}
 
     // Runs fn on the server's thread and waits for it.
-    template <typename Fn> void call(Fn fn)
-    {
-        QMetaObject::invokeMethod(m_listener, fn, Qt::BlockingQueuedConnection);
-    }
+    template <typename Fn> void call(Fn fn) { QMetaObject::invokeMethod(m_listener, fn, Qt::BlockingQueuedConnection); }
 
     Listener* listener() const { return m_listener; }
 

@@ -32,8 +32,7 @@ int main(int argc, char** argv)
 
     const QString root = parser.value(rootOption);
     if (root.isEmpty() || !QFileInfo(root).isDir()) {
-        std::fprintf(stderr, "demoserver: --root must name an existing folder (got \"%s\")\n",
-                     qPrintable(root));
+        std::fprintf(stderr, "demoserver: --root must name an existing folder (got \"%s\")\n", qPrintable(root));
         return 2;
     }
     bool portOk = false;
