@@ -41,8 +41,15 @@ void CCategoryList::Clear()
 
 void CCategoryList::InitBase(QXmlStreamReader& xml)
 {
-    Add(QStringLiteral("All"));
+    AddLeadingAll();
     parseCategories(xml, true);
+}
+
+void CCategoryList::AddLeadingAll()
+{
+    // Exactly once, however many categories sections there are.
+    if (m_list.isEmpty())
+        Add(QStringLiteral("All"));
 }
 
 void CCategoryList::InitProp(QXmlStreamReader& xml)
@@ -54,15 +61,14 @@ void CCategoryList::parseCategories(QXmlStreamReader& xml, bool bBase)
 {
     static const QString section = QStringLiteral("categories");
     while (!CXmlSection::AtSectionEnd(xml, section)) {
-        xml.readNext();
-        if (!xml.isStartElement())
-            continue;
-        if (xml.name() == QLatin1String("name")) {
+        if (xml.isStartElement() && xml.name() == QLatin1String("name")) {
             xml.readNext();
             parseCategory(xml, bBase);
-        } else if (xml.name() == QLatin1String("path")) {
+        } else if (xml.isStartElement() && xml.name() == QLatin1String("path")) {
             xml.readNext();
             parseCategoryPath(xml);
+        } else {
+            xml.readNext();
         }
     }
 }

@@ -22,6 +22,8 @@ public:
     int GetSize() const { return m_list.size(); }
     void Clear();
 
+    // The category "All", first, unless the list already has entries.
+    void AddLeadingAll();
     void InitBase(QXmlStreamReader& xml);
     void InitProp(QXmlStreamReader& xml);
     void parseCategories(QXmlStreamReader& xml, bool bBase);

@@ -108,11 +108,19 @@ bool CDataModel::ReadFile(const QString& path, bool bBase)
         return false;
     }
 
+    // "All" leads the categories even when the catalogue has no categories section.
+    if (bBase)
+        m_categories.AddLeadingAll();
+
     QXmlStreamReader xml(&file);
+    // A section returns on its closing token, or (products) on a datasets start tag, which is
+    // looked at again here so that the datasets that follow are not lost.
+    xml.readNext();
     while (!xml.atEnd() && !xml.hasError()) {
-        xml.readNext();
-        if (!xml.isStartElement())
+        if (!xml.isStartElement()) {
+            xml.readNext();
             continue;
+        }
         const auto name = xml.name();
         if (name == kApp) {
             xml.readNext();
@@ -126,6 +134,8 @@ bool CDataModel::ReadFile(const QString& path, bool bBase)
         } else if (name == QLatin1String("datasets")) {
             xml.readNext();
             bBase ? m_datasets.InitBase(xml) : m_datasets.InitProp(xml);
+        } else {
+            xml.readNext();
         }
     }
     if (xml.hasError()) {
@@ -136,9 +146,24 @@ bool CDataModel::ReadFile(const QString& path, bool bBase)
                               .arg(xml.errorString()),
                           false);
         CMessageBox::show(QMessageBox::NoIcon, QStringLiteral("parseXML"), xml.errorString());
+        // The end of the run rewrites the settings from what could be read; keep the user's
+        // damaged file beside it.
+        if (!bBase)
+            KeepDamagedCopy(path);
     }
     xml.clear();
     return true;
+}
+
+void CDataModel::KeepDamagedCopy(const QString& path)
+{
+    QString copy = path + QStringLiteral(".damaged");
+    for (int i = 2; QFileInfo::exists(copy) && i < 1000; ++i)
+        copy = path + QStringLiteral(".damaged-") + QString::number(i);
+    if (QFile::copy(path, copy))
+        m_log.WriteString(QStringLiteral("!!WARNING damaged settings kept as ") + copy, false);
+    else
+        m_log.WriteString(QStringLiteral("!!ERROR cannot keep a copy of the damaged settings ") + path, false);
 }
 
 void CDataModel::parseApp(QXmlStreamReader& xml)

@@ -105,6 +105,9 @@ signals:
 private:
     // Reads one file's sections; false when the file cannot be opened.
     bool ReadFile(const QString& path, bool bBase);
+    // Copies a settings file that could not be read whole to "prop_ini.xml.damaged" (or a
+    // numbered name), since the next save replaces it.
+    void KeepDamagedCopy(const QString& path);
 
     QString m_strVersion;
     CProductList m_products;

@@ -52,11 +52,14 @@ void CDatasetList::InitProp(QXmlStreamReader& xml)
 void CDatasetList::parseDatasets(QXmlStreamReader& xml, bool bBase)
 {
     static const QString section = QStringLiteral("datasets");
+    // The current token is looked at before moving on, so that an element right after the
+    // section's start tag is not skipped.
     while (!CXmlSection::AtSectionEnd(xml, section)) {
-        xml.readNext();
         if (xml.isStartElement() && xml.name() == QLatin1String("name")) {
             xml.readNext();
             parseDataset(xml, bBase);
+        } else {
+            xml.readNext();
         }
     }
 }

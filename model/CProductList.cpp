@@ -6,6 +6,8 @@
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
+
 CProductList::~CProductList()
 {
     Clear();
@@ -78,32 +80,37 @@ void CProductList::InitProp(QXmlStreamReader& xml)
 
 void CProductList::SortList()
 {
-    // Bubble sort: equal names never swap, so their catalogue order is kept. Everything after the
-    // last swap of a pass is already in place, so the next pass stops there; the swaps made are
-    // the same as with full passes, only the comparisons known to fail are skipped.
-    int end = m_list.size() - 1;
-    while (end > 0) {
-        int lastSwap = 0;
-        for (int i = 0; i < end; ++i) {
-            if (m_list.at(i + 1)->GetName() < m_list.at(i)->GetName()) {
-                m_list.swapItemsAt(i, i + 1);
-                lastSwap = i;
-            }
+    // One bubble pass: equal names never swap, so their catalogue order is kept. A catalogue that
+    // is already in order (the usual case) is done after this single pass.
+    bool swapped = false;
+    for (int i = 0; i + 1 < m_list.size(); ++i) {
+        if (m_list.at(i + 1)->GetName() < m_list.at(i)->GetName()) {
+            m_list.swapItemsAt(i, i + 1);
+            swapped = true;
         }
-        end = lastSwap;
     }
+    if (!swapped)
+        return;
+    // Further bubble passes would take quadratic time on a large shuffled catalogue. A stable
+    // merge sort on the same comparison ends in exactly the order the remaining passes would
+    // reach: both are stable, and a stable order under one comparison is unique.
+    std::stable_sort(m_list.begin(), m_list.end(),
+                     [](const CProduct* a, const CProduct* b) { return a->GetName() < b->GetName(); });
 }
 
 void CProductList::parseProducts(QXmlStreamReader& xml, bool bBase)
 {
     static const QString section = QStringLiteral("products");
+    // The current token is looked at before moving on, so that an element right after the
+    // section's start tag is not skipped.
     while (!CXmlSection::AtSectionEnd(xml, section)) {
         // A datasets token, start or end, also ends the products.
         if (xml.name() == QLatin1String("datasets"))
             break;
-        xml.readNext();
-        if (!xml.isStartElement())
+        if (!xml.isStartElement()) {
+            xml.readNext();
             continue;
+        }
         const auto name = xml.name();
         if (name == QLatin1String("name")) {
             xml.readNext();
@@ -132,6 +139,8 @@ void CProductList::parseProducts(QXmlStreamReader& xml, bool bBase)
         } else if (name == QLatin1String("update")) {
             xml.readNext();
             parseProductUpdate(xml);
+        } else {
+            xml.readNext();
         }
     }
 }
