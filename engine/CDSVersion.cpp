@@ -193,8 +193,8 @@ void CDSVersion::DownloadVersionListTxt()
     QString reason;
     if (!canWriteDownload(m_strDownloadDir, m_strVersionListName, reason)) {
         // The downloader would neither ask nor answer; end the search here so nobody waits forever.
-        m_log.WriteString(QStringLiteral("!!ERROR ") + m_strVersionListName + QStringLiteral(" not requested: ") + reason,
-                          false);
+        m_log.WriteString(
+            QStringLiteral("!!ERROR ") + m_strVersionListName + QStringLiteral(" not requested: ") + reason, false);
         emit SignalDownloadError();
         QTimer::singleShot(0, this, &CDSVersion::SignalCheckHighVersionFinished);
         return;
@@ -724,8 +724,19 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
         removeDir(m_strTempInstallDir);
         return;
     }
-    if (exitCode != 0)
-        m_log.WriteString(QStringLiteral("!!WARNING unzip ended with code ") + QString::number(exitCode), false);
+    if (exitCode != 0) {
+        // A damaged archive or a wrong password (code 1: files skipped) leaves a partial or garbled
+        // tree, as the password check lets about one file in 256 through as garbage; none of it
+        // may go in.
+        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
+        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+        m_log.WriteString(QStringLiteral("!!ERROR unzip ended with code ") + QString::number(exitCode) +
+                              QStringLiteral(", nothing installed for ") + product->GetName(),
+                          false);
+        removeDir(m_strTempInstallDir);
+        UnzipNextProduct();
+        return;
+    }
 
     product->SetNewCycle(cutDig(m_strLocalVersion));
     product->SetNewRevision(cutDig(m_strLocalRevision));
@@ -1059,9 +1070,10 @@ bool CDSVersion::WalkProduct(Walk walk, CProduct* product, bool single)
         m_fileResetThread.Init(product);
         m_fileResetThread.start(QThread::InheritPriority);
     } else {
-        m_log.WriteString((single ? QStringLiteral("#Product-RemoveBackup <") : QStringLiteral("#Product-Remove-Backup <")) +
-                              product->GetName() + QLatin1Char('>'),
-                          false);
+        m_log.WriteString(
+            (single ? QStringLiteral("#Product-RemoveBackup <") : QStringLiteral("#Product-Remove-Backup <")) +
+                product->GetName() + QLatin1Char('>'),
+            false);
         m_fileRemoveBackupThread.Init(product);
         m_fileRemoveBackupThread.start(QThread::InheritPriority);
     }

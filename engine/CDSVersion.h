@@ -177,7 +177,11 @@ signals:
     void SignalUnZipBackProcessFinished(bool ok);
 
 private:
-    enum class Walk { Reset, RemoveBackup };
+    enum class Walk
+    {
+        Reset,
+        RemoveBackup
+    };
     void WalkNextProduct(Walk walk);
     void WalkSelProduct(Walk walk);
     bool WalkProduct(Walk walk, CProduct* product, bool single);

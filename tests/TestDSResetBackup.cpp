@@ -158,7 +158,8 @@ private slots:
             if (!it.key().contains("/QMK_"))
                 expected.insert(it.key(), it.value());
         QCOMPARE(t.productSums(), expected);
-        QCOMPARE(t.engine.GetResult(), QString(" + Remove backup success Prod_0\r\n + Remove backup success Prod_1\r\n"));
+        QCOMPARE(t.engine.GetResult(),
+                 QString(" + Remove backup success Prod_0\r\n + Remove backup success Prod_1\r\n"));
         // Nothing left to remove: a reset now has nothing to bring back.
         QVERIFY(t.reset(t.products.GetByIndex(0)));
         QCOMPARE(t.engine.GetResult(), QString("Error: not found backup for Prod_0\r\n"));
@@ -198,8 +199,8 @@ private slots:
         } else if (damage == "partial") {
             const QFileInfoList saved = QDir(nav + "/QMK_DS_0_back").entryInfoList(QDir::Files, QDir::Name);
             QVERIFY(saved.size() > 1);
-            const QString victim = saved.first().fileName() == "cycle_info.txt" ? saved.at(1).fileName()
-                                                                                  : saved.first().fileName();
+            const QString victim =
+                saved.first().fileName() == "cycle_info.txt" ? saved.at(1).fileName() : saved.first().fileName();
             QVERIFY(QFile::remove(nav + "/QMK_DS_0_back/" + victim));
             gone << "Prod_0/NavData/" + victim;
         } else if (damage == "marker") {
@@ -242,8 +243,10 @@ private slots:
         writeFile(archive, "an older file in the way");
 
         QList<wdgBackupLocal::FileRequest> asked;
-        const auto previous = wdgBackupLocal::setFileDialogHook(
-            [&](QWidget*, const wdgBackupLocal::FileRequest& r) { asked << r; return archive; });
+        const auto previous = wdgBackupLocal::setFileDialogHook([&](QWidget*, const wdgBackupLocal::FileRequest& r) {
+            asked << r;
+            return archive;
+        });
         wdgBackupLocal panel;
         panel.Init(&model);
 
@@ -257,7 +260,8 @@ private slots:
         QCOMPARE(asked.size(), 1);
         QCOMPARE(asked[0].proposedName, QString("Quillmark_1802_2.zip"));
         QVERIFY(asked[0].save);
-        QVERIFY(app.readFile("log/log_dsupdate.txt").contains("zip -r \"" + archive.toUtf8() + "\" \"QuillmarkCycle\""));
+        QVERIFY(
+            app.readFile("log/log_dsupdate.txt").contains("zip -r \"" + archive.toUtf8() + "\" \"QuillmarkCycle\""));
 
         // Change the cycle data, then load the archive back over it.
         QDir(cycle + "/Airports").removeRecursively();

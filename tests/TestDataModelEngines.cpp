@@ -42,16 +42,17 @@ private slots:
         writeFile(serverRoot.path() + "/quillmark/versionList.txt", "Revision: 1\n1801\n");
         TestServer http(serverRoot.path());
         QVERIFY(http.start());
-        QVERIFY(app.writeFile("bin/base_ini.xml",
-                              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Version>1.2.3</Version><Server>" +
-                                  http.hostAndPort().toUtf8() +
-                                  "</Server></App><categories><data><name>X-Plane 11</name><path></path></data>"
-                                  "</categories><datasets><data><name>DS1</name></data></datasets><products><data>"
-                                  "<name>P1</name><dataset>DS1</dataset><product_path>" +
-                                  app.path().toUtf8() +
-                                  "/P1</product_path><install_path>$ProductPath:\\p1</install_path>"
-                                  "<cycle_info_path>$ProductPath</cycle_info_path><category>X-Plane 11</category>"
-                                  "<update>true</update></data></products></data>\n"));
+        QVERIFY(
+            app.writeFile("bin/base_ini.xml",
+                          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Version>1.2.3</Version><Server>" +
+                              http.hostAndPort().toUtf8() +
+                              "</Server></App><categories><data><name>X-Plane 11</name><path></path></data>"
+                              "</categories><datasets><data><name>DS1</name></data></datasets><products><data>"
+                              "<name>P1</name><dataset>DS1</dataset><product_path>" +
+                              app.path().toUtf8() +
+                              "/P1</product_path><install_path>$ProductPath:\\p1</install_path>"
+                              "<cycle_info_path>$ProductPath</cycle_info_path><category>X-Plane 11</category>"
+                              "<update>true</update></data></products></data>\n"));
         QVERIFY(app.writeFile("bin/prop_ini.xml",
                               QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1"
                                       "</DSAutoUpdate><QuillmarkAutoUpdate>%2</QuillmarkAutoUpdate>"
@@ -66,14 +67,15 @@ private slots:
         CDSVersion* engine = model.GetDSVersion();
         // The dataset engine is set up in every case, after the application check if there is one.
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(app.path() + "/downloads/QuillmarkCycle").isDir(), 10000);
-        QTRY_COMPARE_WITH_TIMEOUT(QSet<QString>(requests.begin(), requests.end()).size(),
-                                  [&] {
-                                      QSet<QString> seen;
-                                      for (const TestServer::Request& r : http.requests())
-                                          seen << r.path;
-                                      return seen.size();
-                                  }(),
-                                  10000);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            QSet<QString>(requests.begin(), requests.end()).size(),
+            [&] {
+                QSet<QString> seen;
+                for (const TestServer::Request& r : http.requests())
+                    seen << r.path;
+                return seen.size();
+            }(),
+            10000);
         QTest::qWait(200);
         QStringList seen;
         for (const TestServer::Request& r : http.requests())

@@ -47,7 +47,8 @@ qint64 writeTree(const QString& root, int files, quint32 seed)
     QByteArray block(30000, Qt::Uninitialized);
     qint64 total = 0;
     for (int i = 0; i < files; ++i) {
-        const QString folder = root + QStringLiteral("/NavData/d%1/s%2").arg(i % 20, 2, 10, QLatin1Char('0')).arg(i % 5);
+        const QString folder =
+            root + QStringLiteral("/NavData/d%1/s%2").arg(i % 20, 2, 10, QLatin1Char('0')).arg(i % 5);
         if (i < 100)
             QDir().mkpath(folder);
         const int size = int(random.bounded(1, 30001));

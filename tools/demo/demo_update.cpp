@@ -33,7 +33,12 @@ template <typename... Signals> bool waitFor(CDSVersion* engine, int timeoutMs, S
 {
     QEventLoop loop;
     bool fired = false;
-    (QObject::connect(engine, signalList, &loop, [&] { fired = true; loop.quit(); }), ...);
+    (QObject::connect(engine, signalList, &loop,
+                      [&] {
+                          fired = true;
+                          loop.quit();
+                      }),
+     ...);
     QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
     if (!fired)
         loop.exec();
@@ -43,11 +48,16 @@ template <typename... Signals> bool waitFor(CDSVersion* engine, int timeoutMs, S
 const char* stateName(EQMKProductInstallState state)
 {
     switch (state) {
-    case QMK_STATE_INSTALL_OK: return "installed";
-    case QMK_STATE_INSTALL_ERROR: return "failed";
-    case QMK_STATE_INSTALL_WARNING: return "stopped or due";
-    case QMK_STATE_NOT_INSTALLED: return "not installed";
-    default: return "running";
+    case QMK_STATE_INSTALL_OK:
+        return "installed";
+    case QMK_STATE_INSTALL_ERROR:
+        return "failed";
+    case QMK_STATE_INSTALL_WARNING:
+        return "stopped or due";
+    case QMK_STATE_NOT_INSTALLED:
+        return "not installed";
+    default:
+        return "running";
     }
 }
 } // namespace
@@ -155,9 +165,9 @@ int main(int argc, char** argv)
     say(QString());
     for (int i = 0; i < products->GetSize(); ++i) {
         CProduct* p = products->GetByIndex(i);
-        say(QStringLiteral("%1: %2, cycle %3").arg(p->GetName(), QLatin1String(stateName(p->GetInstallState())),
-                                                   p->GetCycleVersion().isEmpty() ? QStringLiteral("none")
-                                                                                   : p->GetCycleVersion()));
+        say(QStringLiteral("%1: %2, cycle %3")
+                .arg(p->GetName(), QLatin1String(stateName(p->GetInstallState())),
+                     p->GetCycleVersion().isEmpty() ? QStringLiteral("none") : p->GetCycleVersion()));
     }
     // Settles the states and records the installed version, as closing the update dialog does.
     engine->StopInstall();
