@@ -165,8 +165,12 @@ int main(int argc, char** argv)
     say(QString());
     for (int i = 0; i < products->GetSize(); ++i) {
         CProduct* p = products->GetByIndex(i);
+        // A member whose group was installed by another product keeps the running state.
+        const bool byGroup = p->GetResetOrUpdateDone() && p->GetInstallState() == QMK_STATE_INSTALL_RUN;
         say(QStringLiteral("%1: %2, cycle %3")
-                .arg(p->GetName(), QLatin1String(stateName(p->GetInstallState())),
+                .arg(p->GetName(),
+                     byGroup ? QStringLiteral("installed with its install group")
+                             : QString::fromLatin1(stateName(p->GetInstallState())),
                      p->GetCycleVersion().isEmpty() ? QStringLiteral("none") : p->GetCycleVersion()));
     }
     // Settles the states and records the installed version, as closing the update dialog does.
