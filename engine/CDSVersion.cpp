@@ -1184,7 +1184,6 @@ bool CDSVersion::LoadBackup(QString archive)
 
 void CDSVersion::FinishBackupProcess(bool zip, bool ok)
 {
-    m_bBackupReported = true;
     if (zip)
         emit SignalZipBackProcessFinished(ok);
     else
@@ -1211,7 +1210,6 @@ bool CDSVersion::StartZipBackup(QString archive)
     CToolCommand command(QStringLiteral("zip"));
     command.arg(QStringLiteral("-r")).quoted(archive).quoted(QLatin1String(kCycleFolderName));
     m_log.WriteString(command.commandLine(), false);
-    m_bBackupReported = false;
     if (!command.start(m_pZipBackProcess)) {
         m_log.WriteString(QStringLiteral("!!ERROR zip not found on the search path"), false);
         discardProcess(m_pZipBackProcess);
@@ -1249,7 +1247,6 @@ bool CDSVersion::LoadZipBackup(QString archive)
     CToolCommand list(QStringLiteral("unzip"));
     list.arg(QStringLiteral("-Z1")).quoted(archive);
     m_log.WriteString(list.commandLine(), false);
-    m_bBackupReported = false;
     if (!list.start(m_pListBackProcess, QIODevice::ReadOnly)) {
         m_log.WriteString(QStringLiteral("!!ERROR unzip not found on the search path"), false);
         discardProcess(m_pListBackProcess);

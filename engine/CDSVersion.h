@@ -240,5 +240,4 @@ private:
     QProcess* m_pZipBackProcess = nullptr;
     QProcess* m_pUnzipBackProcess = nullptr;
     QProcess* m_pListBackProcess = nullptr;
-    bool m_bBackupReported = true;
 };
