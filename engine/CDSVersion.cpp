@@ -193,8 +193,8 @@ void CDSVersion::DownloadVersionListTxt()
     QString reason;
     if (!canWriteDownload(m_strDownloadDir, m_strVersionListName, reason)) {
         // The downloader would neither ask nor answer; end the search here so nobody waits forever.
-        m_log.WriteString(QStringLiteral("!!ERROR ") + m_strVersionListName + QStringLiteral(" not requested: ") + reason,
-                          false);
+        m_log.WriteString(
+            QStringLiteral("!!ERROR ") + m_strVersionListName + QStringLiteral(" not requested: ") + reason, false);
         emit SignalDownloadError();
         QTimer::singleShot(0, this, &CDSVersion::SignalCheckHighVersionFinished);
         return;
@@ -315,6 +315,8 @@ void CDSVersion::DownloadNewDSVersion()
         m_pSingleProduct->SetErrorText(QString());
         if (m_pSingleProduct->GetInstallGroup())
             m_pSingleProduct->GetInstallGroup()->SetInstallState(QMK_STATE_INSTALL_RUN);
+        else
+            m_pSingleProduct->SetInstallState(QMK_STATE_INSTALL_RUN);
         enqueue(m_pSingleProduct);
     }
 
@@ -661,6 +663,8 @@ bool CDSVersion::StartUnzip(const QString& archive, const QString& target, bool)
         QTimer::singleShot(0, this, &CDSVersion::UnzipNextProduct);
     });
 
+    // Nobody reads unzip's listing of every file, so it goes nowhere instead of into a buffer.
+    m_pUnzipProcess->setStandardOutputFile(QProcess::nullDevice());
     CToolCommand command(QStringLiteral("unzip"));
     command.arg(QStringLiteral("-o")).arg(QStringLiteral("-P")).arg(QLatin1String(kArchivePassword));
     command.quoted(archive).arg(QStringLiteral("-d")).quoted(target);
@@ -720,8 +724,19 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
         removeDir(m_strTempInstallDir);
         return;
     }
-    if (exitCode != 0)
-        m_log.WriteString(QStringLiteral("!!WARNING unzip ended with code ") + QString::number(exitCode), false);
+    if (exitCode != 0) {
+        // A damaged archive or a wrong password (code 1: files skipped) leaves a partial or garbled
+        // tree, as the password check lets about one file in 256 through as garbage; none of it
+        // may go in.
+        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
+        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+        m_log.WriteString(QStringLiteral("!!ERROR unzip ended with code ") + QString::number(exitCode) +
+                              QStringLiteral(", nothing installed for ") + product->GetName(),
+                          false);
+        removeDir(m_strTempInstallDir);
+        UnzipNextProduct();
+        return;
+    }
 
     product->SetNewCycle(cutDig(m_strLocalVersion));
     product->SetNewRevision(cutDig(m_strLocalRevision));
@@ -1055,9 +1070,10 @@ bool CDSVersion::WalkProduct(Walk walk, CProduct* product, bool single)
         m_fileResetThread.Init(product);
         m_fileResetThread.start(QThread::InheritPriority);
     } else {
-        m_log.WriteString((single ? QStringLiteral("#Product-RemoveBackup <") : QStringLiteral("#Product-Remove-Backup <")) +
-                              product->GetName() + QLatin1Char('>'),
-                          false);
+        m_log.WriteString(
+            (single ? QStringLiteral("#Product-RemoveBackup <") : QStringLiteral("#Product-Remove-Backup <")) +
+                product->GetName() + QLatin1Char('>'),
+            false);
         m_fileRemoveBackupThread.Init(product);
         m_fileRemoveBackupThread.start(QThread::InheritPriority);
     }
@@ -1168,7 +1184,6 @@ bool CDSVersion::LoadBackup(QString archive)
 
 void CDSVersion::FinishBackupProcess(bool zip, bool ok)
 {
-    m_bBackupReported = true;
     if (zip)
         emit SignalZipBackProcessFinished(ok);
     else
@@ -1195,7 +1210,6 @@ bool CDSVersion::StartZipBackup(QString archive)
     CToolCommand command(QStringLiteral("zip"));
     command.arg(QStringLiteral("-r")).quoted(archive).quoted(QLatin1String(kCycleFolderName));
     m_log.WriteString(command.commandLine(), false);
-    m_bBackupReported = false;
     if (!command.start(m_pZipBackProcess)) {
         m_log.WriteString(QStringLiteral("!!ERROR zip not found on the search path"), false);
         discardProcess(m_pZipBackProcess);
@@ -1233,7 +1247,6 @@ bool CDSVersion::LoadZipBackup(QString archive)
     CToolCommand list(QStringLiteral("unzip"));
     list.arg(QStringLiteral("-Z1")).quoted(archive);
     m_log.WriteString(list.commandLine(), false);
-    m_bBackupReported = false;
     if (!list.start(m_pListBackProcess, QIODevice::ReadOnly)) {
         m_log.WriteString(QStringLiteral("!!ERROR unzip not found on the search path"), false);
         discardProcess(m_pListBackProcess);

@@ -60,7 +60,8 @@ public:
     // The three switches the settings file keeps.
     bool GetNavDataOverwriteAccept() const { return m_bNavDataOverwriteAccept; }
     void SetNavDataOverwriteAccept(bool accept) { m_bNavDataOverwriteAccept = accept; }
-    // Whether the update dialog offers the locally held cycle rather than the server's.
+    // Whether the update dialog offers the locally held cycle rather than the server's; the dialog
+    // falls back to the server when there is no local copy.
     bool GetLocalVersion() const { return m_bLocalVersion; }
     void SetLocalVersion(bool local) { m_bLocalVersion = local; }
     bool GetCreateBackupFiles() const { return m_bCreateBackupFiles; }
@@ -176,7 +177,11 @@ signals:
     void SignalUnZipBackProcessFinished(bool ok);
 
 private:
-    enum class Walk { Reset, RemoveBackup };
+    enum class Walk
+    {
+        Reset,
+        RemoveBackup
+    };
     void WalkNextProduct(Walk walk);
     void WalkSelProduct(Walk walk);
     bool WalkProduct(Walk walk, CProduct* product, bool single);
@@ -211,7 +216,7 @@ private:
     bool m_bSearchByHand = false;
 
     bool m_bNavDataOverwriteAccept = true;
-    bool m_bLocalVersion = false;
+    bool m_bLocalVersion = true;
     bool m_bCreateBackupFiles = true;
 
     CProductList* m_pProductList = nullptr;
@@ -235,5 +240,4 @@ private:
     QProcess* m_pZipBackProcess = nullptr;
     QProcess* m_pUnzipBackProcess = nullptr;
     QProcess* m_pListBackProcess = nullptr;
-    bool m_bBackupReported = true;
 };

@@ -10,6 +10,15 @@ FileCopyThread::FileCopyThread() : QThread(nullptr), m_walk(m_log, m_bStopReques
 {
     m_log.SetFileName(QStringLiteral("log_fcopy.txt"));
     m_log.WriteString(QStringLiteral("Init"), false);
+    // The end is announced once the thread has wound down, so that the receiver may start the next
+    // run at once; a terminated run announces nothing.
+    connect(
+        this, &QThread::finished, this,
+        [this] {
+            if (m_bRunDone)
+                emit SignalFinished();
+        },
+        Qt::DirectConnection);
 }
 
 void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool makeBackups)
@@ -39,17 +48,18 @@ void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool mak
 void FileCopyThread::run()
 {
     m_log.WriteString(QStringLiteral("Run"), false);
+    m_bRunDone = false;
     m_bStopRequested = false;
     if (!m_pProduct) {
         m_walk.Error(QStringLiteral("no product to install"));
         m_bSuccess = false;
-        emit SignalFinished();
+        m_bRunDone = true;
         return;
     }
     MoveProductFiles();
     if (m_bBackupWritten && m_bCycleUnknown)
         m_pProduct->WriteUnknownBackupCycleInfoFile();
-    emit SignalFinished();
+    m_bRunDone = true;
 }
 
 bool FileCopyThread::MoveProductFiles()

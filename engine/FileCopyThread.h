@@ -48,6 +48,8 @@ private:
     void copySkyforgeNavData(const QString& target);
 
     bool m_bSuccess = false;
+    // Set as the last step of run(); a terminated run never gets there.
+    bool m_bRunDone = false;
     std::atomic_bool m_bStopRequested{false};
     bool m_bMakeBackups = true;
     CProduct* m_pProduct = nullptr;

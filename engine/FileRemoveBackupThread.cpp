@@ -9,6 +9,15 @@ FileRemoveBackupThread::FileRemoveBackupThread() : QThread(nullptr), m_walk(m_lo
 {
     m_log.SetFileName(QStringLiteral("log_fremovebackup.txt"));
     m_log.WriteString(QStringLiteral("Init"), false);
+    // The end is announced once the thread has wound down, so that the receiver may start the next
+    // run at once; a terminated run announces nothing.
+    connect(
+        this, &QThread::finished, this,
+        [this] {
+            if (m_bRunDone)
+                emit SignalFinished();
+        },
+        Qt::DirectConnection);
 }
 
 void FileRemoveBackupThread::Init(CProduct* product)
@@ -22,12 +31,13 @@ void FileRemoveBackupThread::Init(CProduct* product)
 void FileRemoveBackupThread::run()
 {
     m_log.WriteString(QStringLiteral("Run"), false);
+    m_bRunDone = false;
     m_bStopRequested = false;
     if (m_pProduct)
         RemoveBackupProductFiles();
     else
         m_walk.Error(QStringLiteral("no product to remove backups of"));
-    emit SignalFinished();
+    m_bRunDone = true;
 }
 
 bool FileRemoveBackupThread::RemoveBackupProductFiles()

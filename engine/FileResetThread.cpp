@@ -9,6 +9,15 @@ FileResetThread::FileResetThread() : QThread(nullptr), m_walk(m_log, m_bStopRequ
 {
     m_log.SetFileName(QStringLiteral("log_freset.txt"));
     m_log.WriteString(QStringLiteral("Init"), false);
+    // The end is announced once the thread has wound down, so that the receiver may start the next
+    // run at once; a terminated run announces nothing.
+    connect(
+        this, &QThread::finished, this,
+        [this] {
+            if (m_bRunDone)
+                emit SignalFinished();
+        },
+        Qt::DirectConnection);
 }
 
 void FileResetThread::Init(CProduct* product)
@@ -22,12 +31,13 @@ void FileResetThread::Init(CProduct* product)
 void FileResetThread::run()
 {
     m_log.WriteString(QStringLiteral("Run"), false);
+    m_bRunDone = false;
     m_bStopRequested = false;
     if (m_pProduct)
         ResetProductFiles();
     else
         m_walk.Error(QStringLiteral("no product to reset"));
-    emit SignalFinished();
+    m_bRunDone = true;
 }
 
 bool FileResetThread::ResetProductFiles()

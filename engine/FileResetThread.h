@@ -40,6 +40,8 @@ protected:
 
 private:
     bool m_bSuccess = false;
+    // Set as the last step of run(); a terminated run never gets there.
+    bool m_bRunDone = false;
     std::atomic_bool m_bStopRequested{false};
     CProduct* m_pProduct = nullptr;
     CMyLog m_log;

@@ -88,20 +88,48 @@ void CDataModel::Init(QString version)
     connect(&m_dsVersion, &CDSVersion::SignalCheckHighVersionFinished, this,
             &CDataModel::CheckHighVersionFinishedSlot);
     connect(&m_dsVersion, &CDSVersion::SignalChangeNewVersion, this, &CDataModel::ChangeNewVersionSlot);
+    connect(&m_qmkVersion, &CQMKVersion::SignalDownloadVersionTXTFinish, this,
+            &CDataModel::SlotDownloadVersionTXTFinish);
+    connect(&m_qmkVersion, &CQMKVersion::SignalDownloadError, this, &CDataModel::QMKVersionCheckFailedSlot);
     InitQMKVersion();
 }
 
 void CDataModel::InitQMKVersion()
 {
-    // The application's own update check is not part of this build yet; the dataset check
-    // follows at once, as it does when that check is switched off.
-    InitDSVersion();
+    m_qmkVersion.SetServer(GetServer());
+    m_qmkVersion.Init(m_strVersion);
+    if (m_bQuillmarkAutoUpdate) {
+        m_bQMKCheckPending = true;
+        m_qmkVersion.SearchForNewVersion(true);
+    } else {
+        InitDSVersion();
+    }
 }
 
 void CDataModel::SlotDownloadVersionTXTFinish()
 {
+    m_bQMKCheckPending = false;
     emit SignalDownloadVersionFinished();
     InitDSVersion();
+}
+
+void CDataModel::QMKVersionCheckFailedSlot()
+{
+    // Errors of a release download belong to the self-update dialog; only a failed version check
+    // would otherwise leave the dataset engine unstarted and the settings' button disabled.
+    if (!m_bQMKCheckPending)
+        return;
+    m_bQMKCheckPending = false;
+    m_log.WriteString(QStringLiteral("!!WARNING application version check failed: ") + m_qmkVersion.GetErrorText(),
+                      false);
+    emit SignalDownloadVersionFinished();
+    InitDSVersion();
+}
+
+void CDataModel::RunUpdateQuillmark()
+{
+    m_bQMKCheckPending = true;
+    m_qmkVersion.SearchForNewVersion(false);
 }
 
 void CDataModel::InitDSVersion()

@@ -3,6 +3,7 @@
 #include "app/CMyLog.h"
 #include "app/VlAtom.h"
 #include "engine/CDSVersion.h"
+#include "engine/CQMKVersion.h"
 #include "model/CCategoryList.h"
 #include "model/CDatasetList.h"
 #include "model/CInstallGroupList.h"
@@ -74,17 +75,19 @@ public:
     struct DSEngineFlags
     {
         bool navDataOverwriteAccept = true;
-        bool localVersion = false;
+        bool localVersion = true;
         bool createBackupFiles = true;
     };
     DSEngineFlags GetPendingDSEngineFlags() const;
     void SetPendingDSEngineFlags(const DSEngineFlags& flags);
 
+    CQMKVersion* GetQMKVersion() { return &m_qmkVersion; }
     CDSVersion* GetDSVersion() { return &m_dsVersion; }
 
     // Start-up of the engines: the application check first, then the dataset check.
     void InitQMKVersion();
     void InitDSVersion();
+    void RunUpdateQuillmark();
     // Searches the server by hand for one product, or for all selected ones with null.
     void RunUpdateAddOnDatasets(CProduct* product);
 
@@ -114,6 +117,8 @@ signals:
 
 public slots:
     void SlotDownloadVersionTXTFinish();
+    // A version check of the application that could not fetch its file still has to end.
+    void QMKVersionCheckFailedSlot();
     void CheckHighVersionFinishedSlot();
     void ChangeNewVersionSlot(QString newVersion);
 
@@ -129,7 +134,9 @@ private:
     CProductList m_products;
     CCategoryList m_categories;
     CDatasetList m_datasets;
+    CQMKVersion m_qmkVersion;
     CDSVersion m_dsVersion;
+    bool m_bQMKCheckPending = false;
     CInstallGroupList m_installGroups;
     bool m_bQuillmarkAutoUpdate = true;
     bool m_bDSAutoUpdate = true;

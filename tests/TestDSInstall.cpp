@@ -133,8 +133,8 @@ private slots:
         QCOMPARE(begin.count(), 1);
         QVERIFY(begin.at(0).at(0).toULongLong() > 0);
         QVERIFY(!QFileInfo::exists(t.app.path() + "/downloads/temp"));
-        QVERIFY(t.log().contains("unzip -o -P pralvek \"" + t.archive().toUtf8() + "\" -d \"" +
-                                 t.app.path().toUtf8() + "/downloads/temp\""));
+        QVERIFY(t.log().contains("unzip -o -P pralvek \"" + t.archive().toUtf8() + "\" -d \"" + t.app.path().toUtf8() +
+                                 "/downloads/temp\""));
 
         // A second install of the same cycle keeps the first backup as it is.
         QCOMPARE(t.makeArchive(), QString());
@@ -154,36 +154,44 @@ private slots:
     {
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("folder");
-        QTest::addColumn<int>("state");       // -1: depends on the user's rights
-        QTest::addColumn<QString>("result");  // "*": not checked
+        QTest::addColumn<int>("state");      // -1: depends on the user's rights
+        QTest::addColumn<QString>("result"); // "*": not checked
         QTest::addColumn<QString>("logLine");
-        QTest::addColumn<bool>("ready");      // SignalInstallReady expected
+        QTest::addColumn<bool>("ready"); // SignalInstallReady expected
         QTest::addColumn<QStringList>("removed");
 
         const QString failed = "Error: Install failed Prod A\r\n";
         const QString success = " + Install success Prod A\r\n";
-        QTest::newRow("corrupt archive") << "corrupt" << "Prod A" << 6 << failed << "!!WARNING unzip ended with code"
-                                         << true << QStringList();
-        QTest::newRow("truncated archive") << "truncated" << "Prod A" << 6 << failed
-                                           << "!!WARNING unzip ended with code" << true << QStringList();
-        QTest::newRow("wrong password") << "password" << "Prod A" << 6 << failed << "!!WARNING unzip ended with code"
-                                        << true << QStringList();
-        QTest::newRow("archive missing") << "missing" << "Prod A" << 6 << "Error: File DS1.zip not found\r\n" + failed
+        QTest::newRow("corrupt archive") << "corrupt"
+                                         << "Prod A" << 6 << failed << "!!ERROR unzip ended with code" << true
+                                         << QStringList();
+        QTest::newRow("truncated archive")
+            << "truncated"
+            << "Prod A" << 6 << failed << "!!ERROR unzip ended with code" << true << QStringList();
+        QTest::newRow("wrong password") << "password"
+                                        << "Prod A" << 6 << failed << "!!ERROR unzip ended with code" << true
+                                        << QStringList();
+        QTest::newRow("archive missing") << "missing"
+                                         << "Prod A" << 6 << "Error: File DS1.zip not found\r\n" + failed
                                          << "!! Error: file " << true << QStringList();
-        QTest::newRow("unzip crashes") << "crash" << "Prod A" << 6 << failed
-                                       << "!!Error UPDATE-RESULT == UNZIP FAILED Prod A" << false << QStringList();
+        QTest::newRow("unzip crashes") << "crash"
+                                       << "Prod A" << 6 << failed << "!!Error UPDATE-RESULT == UNZIP FAILED Prod A"
+                                       << false << QStringList();
         QTest::newRow("unzip not on the search path")
-            << "nounzip" << "Prod A" << 6 << failed << "!!ERROR unzip not found on the search path" << true
-            << QStringList();
-        QTest::newRow("target folder missing")
-            << "nofolder" << "Prod A" << 6 << "Error: Path not found Prod A\r\n" + failed << "---UnzippDataset" << true
-            << QStringList();
-        QTest::newRow("read-only target files") << "rofiles" << "Prod A" << 5 << success << "FileCopyThreadFinishedSlot"
-                                                << true << QStringList();
-        QTest::newRow("read-only target folder")
-            << "rofolder" << "Prod A" << -1 << "*" << "FileCopyThreadFinishedSlot" << true << QStringList();
+            << "nounzip"
+            << "Prod A" << 6 << failed << "!!ERROR unzip not found on the search path" << true << QStringList();
+        QTest::newRow("target folder missing") << "nofolder"
+                                               << "Prod A" << 6 << "Error: Path not found Prod A\r\n" + failed
+                                               << "---UnzippDataset" << true << QStringList();
+        QTest::newRow("read-only target files")
+            << "rofiles"
+            << "Prod A" << 5 << success << "FileCopyThreadFinishedSlot" << true << QStringList();
+        QTest::newRow("read-only target folder") << "rofolder"
+                                                 << "Prod A" << -1 << "*"
+                                                 << "FileCopyThreadFinishedSlot" << true << QStringList();
         QTest::newRow("remove-file entry outside the product")
-            << "outside" << "Prod A" << 5 << success << "!!ERROR remove-file entry outside the product" << true
+            << "outside"
+            << "Prod A" << 5 << success << "!!ERROR remove-file entry outside the product" << true
             << QStringList{"Prod A/NavData/obsolete.dat"};
         QTest::newRow("blanks, quotes and non-ASCII in the folder")
             << "" << QString::fromUtf8("Prod \"A\" 'Ü' \xe6\x97\xa5 x") << 5 << success << "FileCopyThreadFinishedSlot"
@@ -266,7 +274,8 @@ private slots:
 
         const QMap<QString, QByteArray> after = checksums(t.work.path(), {"new"});
         verifyNothingLost(before, after);
-        QCOMPARE(checksums(t.work.path() + "/secret"), (QMap<QString, QByteArray>{{"keep.txt", before["secret/keep.txt"]}}));
+        QCOMPARE(checksums(t.work.path() + "/secret"),
+                 (QMap<QString, QByteArray>{{"keep.txt", before["secret/keep.txt"]}}));
         for (const char* name : {"escape", "Added/root", "cycle_link.txt"}) {
             const QFileInfo info(t.navData + "/" + name);
             QVERIFY2(!info.exists() || info.isSymLink(), qPrintable(name)); // never a copy of the target

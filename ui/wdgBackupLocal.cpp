@@ -47,9 +47,8 @@ wdgBackupLocal::wdgBackupLocal(QWidget* parent) : QWidget(parent)
     m_pInfo->setWordWrap(true);
     m_pStatus = new QLabel(m_pBox);
     m_pProgress = new QProgressBar(m_pBox);
-    m_pProgress->setStyleSheet(
-        QStringLiteral("border: 2px solid grey;") + QStringLiteral("border-radius: 5px;") +
-        QStringLiteral("text-align: center;"));
+    m_pProgress->setStyleSheet(QStringLiteral("border: 2px solid grey;") + QStringLiteral("border-radius: 5px;") +
+                               QStringLiteral("text-align: center;"));
     m_pProgress->setRange(0, 100);
     m_pProgress->setValue(0);
     m_pCreateButton = new QPushButton(m_pBox);

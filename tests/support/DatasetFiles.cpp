@@ -17,8 +17,8 @@ QStringList writeRandomTree(const QString& root, int count, quint32 seed, int ma
     QStringList written;
     for (int i = 0; i < count; ++i) {
         const QString folder = QLatin1String(folders[random.bounded(5)]);
-        const QString rel = (folder.isEmpty() ? QString() : folder + QLatin1Char('/')) +
-                            QStringLiteral("file_%1.dat").arg(i);
+        const QString rel =
+            (folder.isEmpty() ? QString() : folder + QLatin1Char('/')) + QStringLiteral("file_%1.dat").arg(i);
         QByteArray content(int(random.bounded(1, maxBytes + 1)), Qt::Uninitialized);
         for (char& c : content)
             c = char(random.bounded(256));

@@ -1,0 +1,101 @@
+#include "engine/CDSVersion.h"
+#include "model/CDataModel.h"
+#include "model/CProduct.h"
+#include "support/DatasetFiles.h"
+#include "support/TempAppDir.h"
+#include "support/TestServer.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace DatasetFiles;
+
+// Start-up of the two engines from the data model, against a real loopback server.
+class TestDataModelEngines : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void startUp_data()
+    {
+        QTest::addColumn<bool>("appAuto");
+        QTest::addColumn<bool>("dsAuto");
+        QTest::addColumn<QStringList>("requests");
+        QTest::addColumn<int>("state"); // of the product once everything is over
+
+        const QString app = "/downloads/quillmark/mac_version.txt", ds = "/quillmark/versionList.txt";
+        QTest::newRow("both off: no request") << false << false << QStringList() << 4;
+        QTest::newRow("datasets only") << false << true << QStringList{ds} << 7;
+        QTest::newRow("application only, datasets set up after it") << true << false << QStringList{app} << 4;
+        QTest::newRow("application first, then datasets") << true << true << QStringList{app, ds} << 7;
+    }
+
+    void startUp()
+    {
+        QFETCH(bool, appAuto);
+        QFETCH(bool, dsAuto);
+        QFETCH(QStringList, requests);
+        QFETCH(int, state);
+
+        TempAppDir app;
+        QTemporaryDir serverRoot;
+        writeFile(serverRoot.path() + "/quillmark/versionList.txt", "Revision: 1\n1801\n");
+        TestServer http(serverRoot.path());
+        QVERIFY(http.start());
+        QVERIFY(
+            app.writeFile("bin/base_ini.xml",
+                          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Version>1.2.3</Version><Server>" +
+                              http.hostAndPort().toUtf8() +
+                              "</Server></App><categories><data><name>X-Plane 11</name><path></path></data>"
+                              "</categories><datasets><data><name>DS1</name></data></datasets><products><data>"
+                              "<name>P1</name><dataset>DS1</dataset><product_path>" +
+                              app.path().toUtf8() +
+                              "/P1</product_path><install_path>$ProductPath:\\p1</install_path>"
+                              "<cycle_info_path>$ProductPath</cycle_info_path><category>X-Plane 11</category>"
+                              "<update>true</update></data></products></data>\n"));
+        QVERIFY(app.writeFile("bin/prop_ini.xml",
+                              QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1"
+                                      "</DSAutoUpdate><QuillmarkAutoUpdate>%2</QuillmarkAutoUpdate>"
+                                      "<NavDataOverwriteAccept>0</NavDataOverwriteAccept>"
+                                      "<CreateBackupFiles>0</CreateBackupFiles></App></data>\n")
+                                  .arg(int(dsAuto))
+                                  .arg(int(appAuto))
+                                  .toUtf8()));
+
+        CDataModel model;
+        model.Init("1.2.3");
+        CDSVersion* engine = model.GetDSVersion();
+        // The dataset engine is set up in every case, after the application check if there is one.
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(app.path() + "/downloads/QuillmarkCycle").isDir(), 10000);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            QSet<QString>(requests.begin(), requests.end()).size(),
+            [&] {
+                QSet<QString> seen;
+                for (const TestServer::Request& r : http.requests())
+                    seen << r.path;
+                return seen.size();
+            }(),
+            10000);
+        QTest::qWait(200);
+        QStringList seen;
+        for (const TestServer::Request& r : http.requests())
+            if (!seen.contains(r.path))
+                seen << r.path;
+        QCOMPARE(seen, requests);
+        QCOMPARE(engine->GetServer(), http.hostAndPort());
+        QCOMPARE(int(model.GetProductByName("P1")->GetInstallState()), state);
+
+        // The settings' switches reach the engine; the engine's values go back into the file.
+        QCOMPARE(engine->GetNavDataOverwriteAccept(), false);
+        QCOMPARE(engine->GetCreateBackupFiles(), false);
+        QCOMPARE(engine->GetLocalVersion(), true); // not in the file: the default
+        engine->SetCreateBackupFiles(true);
+        QVERIFY(model.Save());
+        const QByteArray saved = app.readFile("bin/prop_ini.xml");
+        QVERIFY(saved.contains("<CreateBackupFiles>1</CreateBackupFiles>"));
+        QVERIFY(saved.contains("<NavDataOverwriteAccept>0</NavDataOverwriteAccept>"));
+    }
+};
+
+QTEST_MAIN(TestDataModelEngines)
+#include "TestDataModelEngines.moc"

@@ -1,0 +1,192 @@
+// Install benchmark: one dataset archive of 20,000 files (about 300 MB of random content) is
+// installed into a product that already holds the previous cycle of the same files, timed from
+// InstallProducts() to SignalInstallReady(). The reference is the same work done in a shell in
+// the same run: unzip into a scratch folder, then mv every file into place keeping the old one
+// (mv --backup=simple). Archive and previous tree are made once and cached in /tmp.
+//   bench_install [--files N] [--runs N]
+
+#include "engine/CDSVersion.h"
+#include "model/CInstallGroupList.h"
+#include "model/CProduct.h"
+#include "model/CProductList.h"
+#include "support/DatasetFiles.h"
+#include "support/TempAppDir.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace {
+const QString kCache = QStringLiteral("/tmp/quillmark_bench_install");
+
+bool run(const QString& script)
+{
+    return QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), script}) == 0;
+}
+
+QString quote(const QString& path)
+{
+    QString q = path;
+    q.replace(QLatin1Char('\''), QStringLiteral("'\\''"));
+    return QLatin1Char('\'') + q + QLatin1Char('\'');
+}
+
+// Writes `files` files of random size (1 to 30,000 bytes) in 100 folders of two levels.
+qint64 writeTree(const QString& root, int files, quint32 seed)
+{
+    QRandomGenerator random(seed);
+    QByteArray block(30000, Qt::Uninitialized);
+    qint64 total = 0;
+    for (int i = 0; i < files; ++i) {
+        const QString folder =
+            root + QStringLiteral("/NavData/d%1/s%2").arg(i % 20, 2, 10, QLatin1Char('0')).arg(i % 5);
+        if (i < 100)
+            QDir().mkpath(folder);
+        const int size = int(random.bounded(1, 30001));
+        random.fillRange(reinterpret_cast<quint32*>(block.data()), size / 4 + 1 <= 7500 ? size / 4 + 1 : 7500);
+        QFile file(folder + QStringLiteral("/f%1.dat").arg(i));
+        if (!file.open(QIODevice::WriteOnly) || file.write(block.constData(), size) != size)
+            return -1;
+        total += size;
+    }
+    return total;
+}
+
+bool prepareCache(int files)
+{
+    const QString stamp = kCache + QStringLiteral("/ready_%1").arg(files);
+    if (QFile::exists(stamp))
+        return true;
+    std::printf("Preparing %d files in %s (once)...\n", files, qPrintable(kCache));
+    std::fflush(stdout);
+    QDir(kCache).removeRecursively();
+    const qint64 fresh = writeTree(kCache + QStringLiteral("/new"), files, 1);
+    const qint64 old = writeTree(kCache + QStringLiteral("/previous"), files, 2);
+    if (fresh < 0 || old < 0)
+        return false;
+    DatasetFiles::writeFile(kCache + QStringLiteral("/new/NavData/cycle_info.txt"),
+                            "AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
+    DatasetFiles::writeFile(kCache + QStringLiteral("/previous/NavData/cycle_info.txt"),
+                            "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
+    const QString error = DatasetFiles::zipFolder(kCache + QStringLiteral("/new"), kCache + QStringLiteral("/DS.zip"));
+    if (!error.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+        return false;
+    }
+    std::printf("  %.1f MB of new data, archive %.1f MB\n", fresh / 1e6, QFileInfo(kCache + "/DS.zip").size() / 1e6);
+    return DatasetFiles::writeFile(stamp, "ok");
+}
+
+// A product folder holding the previous cycle: hard links to the cache, which renames leave alone.
+bool previousCycleInto(const QString& productRoot)
+{
+    QDir().mkpath(productRoot);
+    return run(QStringLiteral("cp -al ") + quote(kCache + "/previous/NavData") + QLatin1Char(' ') + quote(productRoot));
+}
+
+double engineRun(int files)
+{
+    TempAppDir app;
+    QTemporaryDir work(QStringLiteral("/tmp/bench_install_XXXXXX"));
+    const QString productRoot = work.path() + QStringLiteral("/Product");
+    if (!previousCycleInto(productRoot))
+        return -1;
+    CDSVersion engine;
+    engine.Init(QStringLiteral("1.0"));
+    DatasetFiles::writeFile(engine.GetCycleDirectory() + "/versionList.txt", "Revision: 1\n1802\n");
+    if (!QFile::link(kCache + "/DS.zip", engine.GetCycleDirectory() + "/DS.zip"))
+        return -1;
+    CProductList products;
+    CInstallGroupList groups;
+    CProduct* p = products.Add(QStringLiteral("Bench product"));
+    p->SetDataset(QStringLiteral("DS"));
+    p->InitNewProdPath(productRoot);
+    p->AddInstallPath(QStringLiteral("$ProductPath/NavData:/NavData"));
+    p->SetCycleInfoPath(QStringLiteral("$ProductPath/NavData"));
+    p->SetUpdate(true);
+    groups.AssignProduct(p);
+    engine.SetProductList(&products);
+
+    QEventLoop loop;
+    QObject::connect(&engine, &CDSVersion::SignalInstallReady, &loop, &QEventLoop::quit);
+    QElapsedTimer timer;
+    timer.start();
+    engine.InstallProducts();
+    loop.exec();
+    const double seconds = timer.nsecsElapsed() / 1e9;
+    if (p->GetInstallState() != QMK_STATE_INSTALL_OK || engine.GetErrorCount() != 0) {
+        std::fprintf(stderr, "install failed: %s\n", qPrintable(engine.GetResult()));
+        return -1;
+    }
+    int moved = 0;
+    for (QDirIterator it(productRoot, QStringList{QStringLiteral("f*.dat")}, QDir::Files, QDirIterator::Subdirectories);
+         it.hasNext(); it.next())
+        ++moved;
+    if (moved != 2 * files) { // every new file in place and every old one in its backup
+        std::fprintf(stderr, "expected %d files after the install, found %d\n", 2 * files, moved);
+        return -1;
+    }
+    return seconds;
+}
+
+double shellRun()
+{
+    QTemporaryDir work(QStringLiteral("/tmp/bench_install_XXXXXX"));
+    const QString productRoot = work.path() + QStringLiteral("/Product");
+    if (!previousCycleInto(productRoot))
+        return -1;
+    const QString temp = work.path() + QStringLiteral("/temp");
+    const QString script =
+        QStringLiteral("set -e; unzip -o -P pralvek %1 -d %2 >/dev/null; cd %2; "
+                       "find . -type d | while read -r d; do mkdir -p %3/\"$d\"; "
+                       "find \"$d\" -maxdepth 1 -type f -exec mv -f --backup=simple -t %3/\"$d\" {} +; done")
+            .arg(quote(kCache + "/DS.zip"), quote(temp), quote(productRoot));
+    QElapsedTimer timer;
+    timer.start();
+    if (!run(script))
+        return -1;
+    return timer.nsecsElapsed() / 1e9;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption filesOption(QStringLiteral("files"), QStringLiteral("Files in the archive."),
+                                         QStringLiteral("N"), QStringLiteral("20000"));
+    const QCommandLineOption runsOption(QStringLiteral("runs"), QStringLiteral("Measured runs of each."),
+                                        QStringLiteral("N"), QStringLiteral("1"));
+    parser.addOption(filesOption);
+    parser.addOption(runsOption);
+    parser.process(app);
+    const int files = qMax(100, parser.value(filesOption).toInt());
+    const int runs = qMax(1, parser.value(runsOption).toInt());
+
+    if (!prepareCache(files))
+        return 1;
+    double bestEngine = 1e99, bestShell = 1e99;
+    for (int i = 0; i < runs; ++i) {
+        const double shell = shellRun();
+        const double engine = engineRun(files);
+        if (shell < 0 || engine < 0)
+            return 1;
+        std::printf("run %d: engine %.2f s, shell unzip + mv %.2f s\n", i + 1, engine, shell);
+        std::fflush(stdout);
+        bestEngine = qMin(bestEngine, engine);
+        bestShell = qMin(bestShell, shell);
+    }
+    std::printf("install of %d files: engine %.2f s, shell %.2f s, ratio %.2fx (target at most 1.15x)\n", files,
+                bestEngine, bestShell, bestEngine / bestShell);
+    return 0;
+}
