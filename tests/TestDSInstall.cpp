@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -150,6 +151,21 @@ private slots:
         QCOMPARE(t.product->GetInstalledVersion(), QString("1802"));
     }
 
+    static bool everyEntryRefused(const QString& archive)
+    {
+        QProcess list;
+        list.start("unzip", {"-Z1", archive});
+        list.waitForFinished(30000);
+        int files = 0;
+        for (const QString& entry : QString::fromLocal8Bit(list.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
+            files += entry.endsWith('/') ? 0 : 1;
+        QProcess test;
+        test.start("unzip", {"-t", "-P", "pralvek", archive});
+        test.waitForFinished(30000);
+        const QString out = QString::fromLocal8Bit(test.readAllStandardOutput() + test.readAllStandardError());
+        return files > 0 && out.count("incorrect password") == files;
+    }
+
     void failures_data()
     {
         QTest::addColumn<QString>("fault");
@@ -163,13 +179,13 @@ private slots:
         const QString failed = "Error: Install failed Prod A\r\n";
         const QString success = " + Install success Prod A\r\n";
         QTest::newRow("corrupt archive") << "corrupt"
-                                         << "Prod A" << 6 << failed << "!!ERROR unzip ended with code" << true
+                                         << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true
                                          << QStringList();
         QTest::newRow("truncated archive")
             << "truncated"
-            << "Prod A" << 6 << failed << "!!ERROR unzip ended with code" << true << QStringList();
+            << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true << QStringList();
         QTest::newRow("wrong password") << "password"
-                                        << "Prod A" << 6 << failed << "!!ERROR unzip ended with code" << true
+                                        << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true
                                         << QStringList();
         QTest::newRow("archive missing") << "missing"
                                          << "Prod A" << 6 << "Error: File DS1.zip not found\r\n" + failed
@@ -210,6 +226,10 @@ private slots:
 
         Install t(folder);
         QCOMPARE(t.makeArchive(fault == "password" ? "notright" : "pralvek"), QString());
+        // The password check lets about one entry in 256 through as garbage; make an archive in
+        // which every entry is refused, so that the row is about a wrong password and nothing else.
+        for (int attempt = 0; fault == "password" && !everyEntryRefused(t.archive()) && attempt < 20; ++attempt)
+            QCOMPARE(t.makeArchive("notright"), QString());
         DatasetFiles::ToolPath tools(fault == "nounzip");
         if (fault == "corrupt") {
             QByteArray junk(5000, 'x');

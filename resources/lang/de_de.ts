@@ -61,7 +61,7 @@
     </message>
     <message>
         <source>Remove backup failed</source>
-        <translation>Löschen der Sicherung fehlgeschlagen</translation>
+        <translation>Löschen des Backups fehlgeschlagen</translation>
     </message>
     <message>
         <source>Reset success</source>
@@ -69,7 +69,7 @@
     </message>
     <message>
         <source>Remove backup success</source>
-        <translation>Sicherung erfolgreich gelöscht</translation>
+        <translation>Backup erfolgreich gelöscht</translation>
     </message>
 </context>
 <context>
@@ -120,7 +120,7 @@
     <name>CvlRemoveBackupButton</name>
     <message>
         <source>RemoveBackup</source>
-        <translation>Sicherung löschen</translation>
+        <translation>Backup löschen</translation>
     </message>
 </context>
 <context>
@@ -245,7 +245,7 @@
     </message>
     <message>
         <source>backup</source>
-        <translation>Sicherung</translation>
+        <translation>Backup</translation>
     </message>
     <message>
         <source>Path:</source>
@@ -277,7 +277,7 @@
     </message>
     <message>
         <source>remove backup files</source>
-        <translation>Sicherungsdateien löschen</translation>
+        <translation>Backup-Dateien löschen</translation>
     </message>
     <message>
         <source>Commands</source>
@@ -288,7 +288,7 @@
     <name>wdgBackupLocal</name>
     <message>
         <source>Backup</source>
-        <translation>Sicherung</translation>
+        <translation>Backup</translation>
     </message>
     <message>
         <source>Create backup info.</source>
@@ -296,15 +296,15 @@
     </message>
     <message>
         <source>Create backup</source>
-        <translation>Sicherung erstellen</translation>
+        <translation>Backup erstellen</translation>
     </message>
     <message>
         <source>Load backup</source>
-        <translation>Sicherung laden</translation>
+        <translation>Backup laden</translation>
     </message>
     <message>
         <source>backup empty</source>
-        <translation>Keine lokalen Zyklusdaten zum Sichern vorhanden.</translation>
+        <translation>Keine lokalen Zyklusdaten für ein Backup vorhanden.</translation>
     </message>
     <message>
         <source>Error</source>
@@ -312,7 +312,7 @@
     </message>
     <message>
         <source>Run create backup.</source>
-        <translation>Sicherung wird erstellt.</translation>
+        <translation>Backup wird erstellt.</translation>
     </message>
     <message>
         <source>failed</source>
@@ -324,7 +324,7 @@
     </message>
     <message>
         <source>Run load backup.</source>
-        <translation>Sicherung wird geladen.</translation>
+        <translation>Backup wird geladen.</translation>
     </message>
     <message>
         <source>successful</source>
