@@ -76,7 +76,7 @@
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>Couldn@SOURCE@apos;t open bin/base_ini.xml</translation>
+        <translation>CouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
     </message>
     <message>
         <source>Error! Init base</source>
@@ -84,7 +84,7 @@
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>Couldn@SOURCE@apos;t open prop_ini.xml</translation>
+        <translation>CouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>Couldn@SOURCE@apos;t delete prop_ini.xml</translation>
+        <translation>CouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
     </message>
 </context>
 <context>
