@@ -24,16 +24,16 @@ cp "$QMK_BUILD/Quillmark" "$demo/app/"
 # A free loopback port for the demo server.
 port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])' 2>/dev/null || echo 18470)
 
-"$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims"
+"$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" >/dev/null
 sed -e "s|@DEMO_SIM_ROOT@|$demo/sims|g" -e "s|@DEMO_SERVER@|127.0.0.1:$port|g" \
     "$QMK_ROOT/tools/demo/base_ini.xml.in" > "$demo/app/bin/base_ini.xml"
-"$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server"
-"$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server"
+"$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
+"$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
 
 "$QMK_BUILD/tools/demoserver" --root "$demo/server" --port "$port" > "$demo/server.log" 2>&1 &
 server_pid=$!
 trap 'kill $server_pid 2>/dev/null || true' EXIT
-for _ in $(seq 50); do
+for _ in $(seq 100); do
     grep -q "127.0.0.1:$port" "$demo/server.log" 2>/dev/null && break
     sleep 0.1
 done
@@ -41,7 +41,7 @@ echo "Demo server: http://127.0.0.1:$port/ serving $demo/server"
 
 if [ $run_update -eq 1 ]; then
     echo "Running a full dataset update against the demo server..."
-    QT_QPA_PLATFORM=offscreen "$QMK_BUILD/tools/demo_update" "$demo/app"
+    QT_QPA_PLATFORM=offscreen "$QMK_BUILD/tools/demo_update" "$demo/app" --server "127.0.0.1:$port"
 fi
 
 if [ -n "${DISPLAY:-}" ]; then

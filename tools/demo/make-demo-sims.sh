@@ -45,7 +45,8 @@ if [ $# -ge 2 ]; then
     mkdir -p "$2/bin"
     # Escape the characters that have a meaning in a sed replacement.
     escaped=$(printf '%s' "$root" | sed -e 's/[\\&|]/\\&/g')
-    sed -e "s|@DEMO_SIM_ROOT@|$escaped|g" "$here/base_ini.xml.in" >"$2/bin/base_ini.xml"
+    sed -e "s|@DEMO_SIM_ROOT@|$escaped|g" -e "s|@DEMO_SERVER@|${DEMO_SERVER:-127.0.0.1:8470}|g" \
+        "$here/base_ini.xml.in" >"$2/bin/base_ini.xml"
     echo "demo catalogue written to $2/bin/base_ini.xml"
 fi
 echo "demo simulators created under $root"
