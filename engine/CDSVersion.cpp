@@ -903,6 +903,22 @@ void CDSVersion::StopFileCopyThred()
 // ---------------------------------------------------------------------------------------------
 // Reset and backup removal: one walk, two flavours.
 
+// A reset or backup-removal run over the list starts with every product unprocessed and the
+// selected ones in the run's state.
+void CDSVersion::PrepareBackupRun(CProductList* list, EQMKProductInstallState runState)
+{
+    for (int i = 0; i < list->GetSize(); ++i) {
+        CProduct* product = list->GetByIndex(i);
+        if (!product)
+            continue;
+        product->SetResetOrUpdateDone(false);
+        if (product->GetUpdate()) {
+            product->SetErrorText(QString());
+            product->SetInstallState(runState);
+        }
+    }
+}
+
 void CDSVersion::Reset(CProductList* list)
 {
     m_log.WriteString(QStringLiteral("--Reset Datasets"), false);
@@ -910,18 +926,8 @@ void CDSVersion::Reset(CProductList* list)
     m_iResetIndex = -1;
     if (!list)
         return;
-    if (!m_pSingleProduct) {
-        for (int i = 0; i < list->GetSize(); ++i) {
-            CProduct* product = list->GetByIndex(i);
-            if (!product)
-                continue;
-            product->SetResetOrUpdateDone(false);
-            if (product->GetUpdate()) {
-                product->SetErrorText(QString());
-                product->SetInstallState(QMK_STATE_RESET_RUN);
-            }
-        }
-    }
+    if (!m_pSingleProduct)
+        PrepareBackupRun(list, QMK_STATE_RESET_RUN);
     ResetNextProduct();
 }
 
@@ -932,18 +938,8 @@ void CDSVersion::RemoveBackup(CProductList* list)
     m_iRemoveBackupIndex = -1;
     if (!list)
         return;
-    if (!m_pSingleProduct) {
-        for (int i = 0; i < list->GetSize(); ++i) {
-            CProduct* product = list->GetByIndex(i);
-            if (!product)
-                continue;
-            product->SetResetOrUpdateDone(false);
-            if (product->GetUpdate()) {
-                product->SetErrorText(QString());
-                product->SetInstallState(QMK_STATE_REMOVE_BACKUP_RUN);
-            }
-        }
-    }
+    if (!m_pSingleProduct)
+        PrepareBackupRun(list, QMK_STATE_REMOVE_BACKUP_RUN);
     RemoveBackupNextProduct();
 }
 

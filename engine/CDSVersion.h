@@ -177,6 +177,7 @@ signals:
     void SignalUnZipBackProcessFinished(bool ok);
 
 private:
+    void PrepareBackupRun(CProductList* list, EQMKProductInstallState runState);
     enum class Walk
     {
         Reset,

@@ -6,25 +6,11 @@
 #include <QDir>
 #include <QFileInfo>
 
-FileCopyThread::FileCopyThread() : QThread(nullptr), m_walk(m_log, m_bStopRequested)
-{
-    m_log.SetFileName(QStringLiteral("log_fcopy.txt"));
-    m_log.WriteString(QStringLiteral("Init"), false);
-    // The end is announced once the thread has wound down, so that the receiver may start the next
-    // run at once; a terminated run announces nothing.
-    connect(
-        this, &QThread::finished, this,
-        [this] {
-            if (m_bRunDone)
-                emit SignalFinished();
-        },
-        Qt::DirectConnection);
-}
+FileCopyThread::FileCopyThread() : CFileWorkerThread(QStringLiteral("log_fcopy.txt")) {}
 
 void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool makeBackups)
 {
-    m_bSuccess = false;
-    m_pProduct = product;
+    SetProduct(product);
     m_nBytesWritten = 0;
     m_bBackupWritten = false;
     m_createdBackupDirs.clear();
@@ -32,7 +18,6 @@ void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool mak
     m_walk.ResetErrors();
 
     if (product) {
-        m_strBackupDirName = QStringLiteral("QMK_") + product->GetDataset() + QStringLiteral("_back");
         QString cycle = product->GetCycleVersion();
         // Never cleared once set: it carries over to later runs of this object, kept so.
         if (cycle.isEmpty()) {
@@ -45,21 +30,17 @@ void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool mak
     m_strSourceRoot = sourceRoot;
 }
 
-void FileCopyThread::run()
+void FileCopyThread::DoRun()
 {
     m_log.WriteString(QStringLiteral("Run"), false);
-    m_bRunDone = false;
-    m_bStopRequested = false;
     if (!m_pProduct) {
         m_walk.Error(QStringLiteral("no product to install"));
         m_bSuccess = false;
-        m_bRunDone = true;
         return;
     }
     MoveProductFiles();
     if (m_bBackupWritten && m_bCycleUnknown)
         m_pProduct->WriteUnknownBackupCycleInfoFile();
-    m_bRunDone = true;
 }
 
 bool FileCopyThread::MoveProductFiles()
@@ -213,9 +194,4 @@ QString FileCopyThread::GetBackupDirPath(QString target)
         m_walk.Warning(QStringLiteral("cannot create backup folder ") + path);
     m_createdBackupDirs.insert(path);
     return path;
-}
-
-bool FileCopyThread::removeDir(const QString& path)
-{
-    return CFileTree::removeDir(path);
 }

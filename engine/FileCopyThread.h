@@ -1,20 +1,17 @@
 #pragma once
 
-#include "app/CMyLog.h"
-#include "engine/CFolderWalk.h"
+#include "engine/CFileWorkerThread.h"
 
 #include <QSet>
 #include <QString>
-#include <QThread>
 
-#include <atomic>
 
 class CProduct;
 
 // Moves one product's unpacked dataset into its install targets. Every file it replaces first goes
 // into the backup folder "QMK_" + dataset + "_back" of the file's own folder; a file whose backup
 // cannot be made stays where it is and the new one is left out, so an install never loses data.
-class FileCopyThread : public QThread
+class FileCopyThread : public CFileWorkerThread
 {
     Q_OBJECT
 
@@ -23,44 +20,30 @@ public:
 
     // Prepares a run; call only while the thread is not running.
     void Init(CProduct* product, const QString& sourceRoot, bool makeBackups);
-    // True when at least one file was moved and nothing failed.
-    bool GetSuccess() const { return m_bSuccess; }
-    // Asks a running walk to stop before its next folder.
-    void RequestStop() { m_bStopRequested = true; }
 
     bool MoveProductFiles();
     bool MoveProductFilesSub(QString target, QString sub);
     void copyFolder(const QString& source, const QString& target);
     QString GetBackupDirPath(QString target);
-    static bool removeDir(const QString& path);
 
 signals:
     void SignalFileWritten(quint64 bytes);
-    void SignalFinished();
-    void terminated();
 
 protected:
-    void run() override;
+    // Success: at least one file was moved and nothing failed.
+    void DoRun() override;
 
 private:
     // Puts one file of the unpacked tree in place; false when it had to be left out.
     bool moveOneFile(const QString& sourceFile, const QString& targetFile, const QString& backupFolder);
     void copySkyforgeNavData(const QString& target);
 
-    bool m_bSuccess = false;
-    // Set as the last step of run(); a terminated run never gets there.
-    bool m_bRunDone = false;
-    std::atomic_bool m_bStopRequested{false};
     bool m_bMakeBackups = true;
-    CProduct* m_pProduct = nullptr;
-    CMyLog m_log;
     QString m_strSourceRoot;
-    QString m_strBackupDirName;
     QString m_strVersionMarker;
     quint64 m_nBytesWritten = 0;
     bool m_bCycleUnknown = false;
     bool m_bBackupWritten = false;
-    CFolderWalk m_walk;
     // Backup folders made and files backed up in this run: a folder visited twice keeps them.
     QSet<QString> m_createdBackupDirs;
     QSet<QString> m_backedUpFiles;

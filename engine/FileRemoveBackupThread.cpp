@@ -5,39 +5,20 @@
 
 #include <QFileInfo>
 
-FileRemoveBackupThread::FileRemoveBackupThread() : QThread(nullptr), m_walk(m_log, m_bStopRequested)
-{
-    m_log.SetFileName(QStringLiteral("log_fremovebackup.txt"));
-    m_log.WriteString(QStringLiteral("Init"), false);
-    // The end is announced once the thread has wound down, so that the receiver may start the next
-    // run at once; a terminated run announces nothing.
-    connect(
-        this, &QThread::finished, this,
-        [this] {
-            if (m_bRunDone)
-                emit SignalFinished();
-        },
-        Qt::DirectConnection);
-}
+FileRemoveBackupThread::FileRemoveBackupThread() : CFileWorkerThread(QStringLiteral("log_fremovebackup.txt")) {}
 
 void FileRemoveBackupThread::Init(CProduct* product)
 {
-    m_bSuccess = false;
-    m_pProduct = product;
-    if (product)
-        m_strBackupDirName = QStringLiteral("QMK_") + product->GetDataset() + QStringLiteral("_back");
+    SetProduct(product);
 }
 
-void FileRemoveBackupThread::run()
+void FileRemoveBackupThread::DoRun()
 {
     m_log.WriteString(QStringLiteral("Run"), false);
-    m_bRunDone = false;
-    m_bStopRequested = false;
     if (m_pProduct)
         RemoveBackupProductFiles();
     else
         m_walk.Error(QStringLiteral("no product to remove backups of"));
-    m_bRunDone = true;
 }
 
 bool FileRemoveBackupThread::RemoveBackupProductFiles()
@@ -69,9 +50,4 @@ void FileRemoveBackupThread::RemoveBackupFolder(const QString& backupFolder, con
                         m_walk.Error(QStringLiteral("cannot delete backup folder ") + backup);
                     return true;
                 });
-}
-
-bool FileRemoveBackupThread::removeDir(const QString& path)
-{
-    return CFileTree::removeDir(path);
 }

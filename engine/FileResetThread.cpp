@@ -5,39 +5,20 @@
 
 #include <QFileInfo>
 
-FileResetThread::FileResetThread() : QThread(nullptr), m_walk(m_log, m_bStopRequested)
-{
-    m_log.SetFileName(QStringLiteral("log_freset.txt"));
-    m_log.WriteString(QStringLiteral("Init"), false);
-    // The end is announced once the thread has wound down, so that the receiver may start the next
-    // run at once; a terminated run announces nothing.
-    connect(
-        this, &QThread::finished, this,
-        [this] {
-            if (m_bRunDone)
-                emit SignalFinished();
-        },
-        Qt::DirectConnection);
-}
+FileResetThread::FileResetThread() : CFileWorkerThread(QStringLiteral("log_freset.txt")) {}
 
 void FileResetThread::Init(CProduct* product)
 {
-    m_bSuccess = false;
-    m_pProduct = product;
-    if (product)
-        m_strBackupDirName = QStringLiteral("QMK_") + product->GetDataset() + QStringLiteral("_back");
+    SetProduct(product);
 }
 
-void FileResetThread::run()
+void FileResetThread::DoRun()
 {
     m_log.WriteString(QStringLiteral("Run"), false);
-    m_bRunDone = false;
-    m_bStopRequested = false;
     if (m_pProduct)
         ResetProductFiles();
     else
         m_walk.Error(QStringLiteral("no product to reset"));
-    m_bRunDone = true;
 }
 
 bool FileResetThread::ResetProductFiles()
@@ -94,9 +75,4 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         m_walk.Warning(QStringLiteral("backup folder not completely removed: ") + backup);
                     return true;
                 });
-}
-
-bool FileResetThread::removeDir(const QString& path)
-{
-    return CFileTree::removeDir(path);
 }
