@@ -531,9 +531,7 @@ void QuillmarkMainWindow::showEvent(QShowEvent* event)
         m_pFilter->setCurrentIndex(0);
     else
         ChangeDatasetFilterSlot(QStringLiteral("All"));
-    // Right after the window is on screen: with many products this writes a long log, and the
-    // window should not wait for it to appear.
-    QTimer::singleShot(0, this, [this] { m_dataModel.InitProdUpdateListForUpdateOrReset(true); });
+    m_dataModel.InitProdUpdateListForUpdateOrReset(true);
     repaint();
 }
 
