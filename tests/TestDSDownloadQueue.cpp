@@ -28,8 +28,8 @@ struct Queue
         const QString cycle = QString::fromLatin1(versionList.trimmed());
         writeFile(serverRoot.path() + "/quillmark/" + cycle + "/DS1.zip", "archive one");
         writeFile(serverRoot.path() + "/quillmark/" + cycle + "/DS2.zip", "archive two");
-        for (const char* spec : {"A:DS1", "B:DS1", "C:DS2"}) {
-            const QStringList parts = QString::fromLatin1(spec).split(':');
+        for (const char* entry : {"A:DS1", "B:DS1", "C:DS2"}) {
+            const QStringList parts = QString::fromLatin1(entry).split(':');
             CProduct* p = products.Add(parts[0]);
             p->SetDataset(parts[1]);
             p->SetUpdate(true);
