@@ -250,7 +250,7 @@ private slots:
         QTest::addColumn<QString>("categoryAll");
 
         QTest::newRow("english") << "en_US" << "Dataset-Filter" << "All" << "Update" << "Ready" << "All";
-        QTest::newRow("german") << "de_DE" << "Datensatz-Filter" << "Alle" << "Aktualisieren" << "Bereit"
+        QTest::newRow("german") << "de_DE" << "Datenfilter" << "Alle" << "Update" << "Bereit"
                                 << "Alle";
     }
 

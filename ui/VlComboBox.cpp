@@ -10,6 +10,10 @@ VlComboBox::VlComboBox(QWidget* parent) : QComboBox(parent)
     setFont(f);
     setMinimumHeight(22);
     setMinimumWidth(110);
+    // Long dataset names must not push the header's action buttons out of the window; the list
+    // that drops down still shows them whole.
+    setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(12);
     setCursor(Qt::PointingHandCursor);
     setStyleSheet(QStringLiteral(
         "QComboBox { background-color: rgb(250, 250, 255); color: rgb(30, 30, 45); "

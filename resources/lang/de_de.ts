@@ -120,28 +120,28 @@
     <name>CvlRemoveBackupButton</name>
     <message>
         <source>RemoveBackup</source>
-        <translation>Backup löschen</translation>
+        <translation>Bereinigen</translation>
     </message>
 </context>
 <context>
     <name>CvlResetButton</name>
     <message>
         <source>Reset</source>
-        <translation>Zurücksetzen</translation>
+        <translation>Reset</translation>
     </message>
 </context>
 <context>
     <name>CvlSettingsButton</name>
     <message>
         <source>Settings</source>
-        <translation>Einstellungen</translation>
+        <translation>Extras</translation>
     </message>
 </context>
 <context>
     <name>CvlUpdateButton</name>
     <message>
         <source>Update</source>
-        <translation>Aktualisieren</translation>
+        <translation>Update</translation>
     </message>
 </context>
 <context>
@@ -156,7 +156,7 @@
     </message>
     <message>
         <source>Dataset-Filter</source>
-        <translation>Datensatz-Filter</translation>
+        <translation>Datenfilter</translation>
     </message>
     <message>
         <source>Ready</source>
@@ -171,7 +171,7 @@
     </message>
     <message>
         <source>Selected</source>
-        <translation>Ausgewählt</translation>
+        <translation>Auswahl</translation>
     </message>
     <message>
         <source>X-Plane 10</source>
@@ -210,7 +210,7 @@
     </message>
     <message>
         <source>Category-Properties</source>
-        <translation>Kategorie-Eigenschaften</translation>
+        <translation>Kategorie</translation>
     </message>
     <message>
         <source>Name:</source>
@@ -257,15 +257,15 @@
     </message>
     <message>
         <source>select</source>
-        <translation>auswählen</translation>
+        <translation>wählen</translation>
     </message>
     <message>
         <source>Dataset:</source>
-        <translation>Datensatz:</translation>
+        <translation>Daten:</translation>
     </message>
     <message>
         <source>Cycle:</source>
-        <translation>Zyklus:</translation>
+        <translation>Stand:</translation>
     </message>
     <message>
         <source>Update</source>
