@@ -245,12 +245,12 @@ private slots:
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("filterCaption");
         QTest::addColumn<QString>("filterAll");
-        QTest::addColumn<QString>("update");
+        QTest::addColumn<QString>("settings");
         QTest::addColumn<QString>("status");
         QTest::addColumn<QString>("categoryAll");
 
-        QTest::newRow("english") << "en_US" << "Dataset-Filter" << "All" << "Update" << "Ready" << "All";
-        QTest::newRow("german") << "de_DE" << "Datenfilter" << "Alle" << "Update" << "Bereit"
+        QTest::newRow("english") << "en_US" << "Dataset-Filter" << "All" << "Settings" << "Ready" << "All";
+        QTest::newRow("german") << "de_DE" << "Datenfilter" << "Alle" << "Extras" << "Bereit"
                                 << "Alle";
     }
 
@@ -259,7 +259,7 @@ private slots:
         QFETCH(QString, language);
         QFETCH(QString, filterCaption);
         QFETCH(QString, filterAll);
-        QFETCH(QString, update);
+        QFETCH(QString, settings);
         QFETCH(QString, status);
         QFETCH(QString, categoryAll);
 
@@ -267,7 +267,7 @@ private slots:
         QApplication::processEvents();
         QCOMPARE(m_window->GetFilterCaption()->text(), filterCaption);
         QCOMPARE(m_window->GetFilter()->itemText(0), filterAll);
-        QCOMPARE(caption(m_window->GetActionButtons().at(0)), update);
+        QCOMPARE(caption(m_window->GetActionButtons().at(3)), settings);
         QCOMPARE(m_window->GetStatusLabel()->text(), status);
         QCOMPARE(m_window->GetCategoryButton(QStringLiteral("All"))->GetTitle(), categoryAll);
 
