@@ -2,7 +2,9 @@
 // installed into a product that already holds the previous cycle of the same files, timed from
 // InstallProducts() to SignalInstallReady(). The reference is the same work done in a shell in
 // the same run: unzip into a scratch folder, then mv every file into place keeping the old one
-// (mv --backup=simple). Archive and previous tree are made once and cached in /tmp.
+// (mv --backup=simple). Each timing starts after a sync and the order alternates between runs,
+// so neither side pays for the other's write-back; both print their unpack and move phases.
+// Archive and previous tree are made once and cached in /tmp.
 //   bench_install [--files N] [--runs N]
 
 #include "engine/CDSVersion.h"
@@ -118,11 +120,15 @@ double engineRun(int files)
 
     QEventLoop loop;
     QObject::connect(&engine, &CDSVersion::SignalInstallReady, &loop, &QEventLoop::quit);
+    run(QStringLiteral("sync")); // start with no write-back pending from earlier work
     QElapsedTimer timer;
+    double unpacked = 0;
+    QObject::connect(&engine, &CDSVersion::SignalBeginCopyThead, &loop, [&] { unpacked = timer.nsecsElapsed() / 1e9; });
     timer.start();
     engine.InstallProducts();
     loop.exec();
     const double seconds = timer.nsecsElapsed() / 1e9;
+    std::printf("  engine: unpacked after %.2f s, moved in %.2f s\n", unpacked, seconds - unpacked);
     if (p->GetInstallState() != QMK_STATE_INSTALL_OK || engine.GetErrorCount() != 0) {
         std::fprintf(stderr, "install failed: %s\n", qPrintable(engine.GetResult()));
         return -1;
@@ -145,16 +151,23 @@ double shellRun()
     if (!previousCycleInto(productRoot))
         return -1;
     const QString temp = work.path() + QStringLiteral("/temp");
-    const QString script =
-        QStringLiteral("set -e; unzip -o -P pralvek %1 -d %2 >/dev/null; cd %2; "
-                       "find . -type d | while read -r d; do mkdir -p %3/\"$d\"; "
-                       "find \"$d\" -maxdepth 1 -type f -exec mv -f --backup=simple -t %3/\"$d\" {} +; done")
-            .arg(quote(kCache + "/DS.zip"), quote(temp), quote(productRoot));
+    const QString unzip =
+        QStringLiteral("unzip -o -P pralvek %1 -d %2 >/dev/null").arg(quote(kCache + "/DS.zip"), quote(temp));
+    const QString move =
+        QStringLiteral("set -e; cd %1; find . -type d | while read -r d; do mkdir -p %2/\"$d\"; "
+                       "find \"$d\" -maxdepth 1 -type f -exec mv -f --backup=simple -t %2/\"$d\" {} +; done")
+            .arg(quote(temp), quote(productRoot));
+    run(QStringLiteral("sync"));
     QElapsedTimer timer;
     timer.start();
-    if (!run(script))
+    if (!run(unzip))
         return -1;
-    return timer.nsecsElapsed() / 1e9;
+    const double unpacked = timer.nsecsElapsed() / 1e9;
+    if (!run(move))
+        return -1;
+    const double seconds = timer.nsecsElapsed() / 1e9;
+    std::printf("  shell:  unpacked after %.2f s, moved in %.2f s\n", unpacked, seconds - unpacked);
+    return seconds;
 }
 } // namespace
 
@@ -177,8 +190,15 @@ int main(int argc, char** argv)
         return 1;
     double bestEngine = 1e99, bestShell = 1e99;
     for (int i = 0; i < runs; ++i) {
-        const double shell = shellRun();
-        const double engine = engineRun(files);
+        // The order alternates so that neither side always runs second.
+        double shell = -1, engine = -1;
+        if (i % 2 == 0) {
+            shell = shellRun();
+            engine = engineRun(files);
+        } else {
+            engine = engineRun(files);
+            shell = shellRun();
+        }
         if (shell < 0 || engine < 0)
             return 1;
         std::printf("run %d: engine %.2f s, shell unzip + mv %.2f s\n", i + 1, engine, shell);
