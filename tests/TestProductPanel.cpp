@@ -360,6 +360,64 @@ private slots:
                  green ? QColor(0, 100, 0) : QColor(255, 0, 0));
     }
 
+    // The panels paint their own flat colours; each row names a widget and a spot on it that no
+    // child covers.
+    void panelColours_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::addColumn<QColor>("colour");
+        QTest::newRow("middle band") << "middle" << QColor(0x7D, 0x7D, 0x7D);
+        QTest::newRow("card edge") << "card" << QColor(40, 40, 50);
+        QTest::newRow("card outline") << "outline" << QColor(110, 110, 117);
+        QTest::newRow("upper frame") << "upper" << QColor(230, 230, 240);
+        QTest::newRow("lower frame") << "lower" << QColor(235, 235, 245);
+        QTest::newRow("list below the cards") << "content" << QColor(240, 240, 250);
+        QTest::newRow("button") << "button" << QColor(210, 210, 222);
+        QTest::newRow("button under the mouse") << "hover" << QColor(190, 205, 225);
+        QTest::newRow("path field") << "edit" << QColor(252, 252, 255);
+    }
+
+    void panelColours()
+    {
+        QFETCH(QString, where);
+        QFETCH(QColor, colour);
+        // One card, so the list shows its own background below it.
+        clickCategory(QStringLiteral("X-Plane 11"));
+        chooseDataset(QStringLiteral("gns430"));
+        VlProdLabel* c = card(QStringLiteral("Alpha GNS"));
+        QVERIFY(c && c->isVisible());
+        QPushButton* change = nullptr;
+        for (QPushButton* b : c->findChildren<QPushButton*>())
+            if (b->text() == QLatin1String("Change"))
+                change = b;
+        QWidget* widget = c;
+        QPoint spot(1, 1);
+        if (where == QLatin1String("middle")) {
+            widget = m_window->GetProdList()->parentWidget();
+            spot = QPoint(5, 5);
+        } else if (where == QLatin1String("outline")) {
+            spot = QPoint(2, 2);
+        } else if (where == QLatin1String("upper")) {
+            spot = QPoint(5, 5);
+        } else if (where == QLatin1String("lower")) {
+            spot = QPoint(5, c->height() - 5);
+        } else if (where == QLatin1String("content")) {
+            widget = m_window->GetProdList();
+            spot = QPoint(widget->width() / 2, widget->height() - 5);
+        } else if (where == QLatin1String("button") || where == QLatin1String("hover")) {
+            widget = change;
+            spot = QPoint(3, change->height() / 2);
+            if (where == QLatin1String("hover"))
+                QTest::mouseMove(change, QPoint(change->width() / 2, change->height() / 2));
+            QTRY_COMPARE(change->underMouse(), where == QLatin1String("hover"));
+        } else if (where == QLatin1String("edit")) {
+            widget = c->findChild<QLineEdit*>();
+            spot = QPoint(widget->width() - 3, widget->height() / 2);
+        }
+        QVERIFY(widget);
+        QCOMPARE(widget->grab().toImage().pixelColor(spot), colour);
+    }
+
     void commandsPaneToggles()
     {
         VlProdLabel* c = card(QStringLiteral("Alpha GNS"));

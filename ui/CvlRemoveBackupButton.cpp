@@ -2,7 +2,8 @@
 
 CvlRemoveBackupButton::CvlRemoveBackupButton(QWidget* parent, CDataModel* dataModel) : CvlActionBtn(parent, dataModel)
 {
-    Init(QStringLiteral(":/images/RemoveBackup.png"), QStringLiteral(":/images/RemoveBackupMove.png"), tr("RemoveBackup"));
+    Init(QStringLiteral(":/images/RemoveBackup.png"), QStringLiteral(":/images/RemoveBackupMove.png"),
+         tr("RemoveBackup"));
 }
 
 void CvlRemoveBackupButton::clickedSlot()

@@ -12,9 +12,11 @@
 #include "ui/VlActionLabel.h"
 #include "ui/VlAppTitleLabel.h"
 #include "ui/VlAppVersionLabel.h"
+#include "ui/VlBackground.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlCatPropsLabel.h"
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 #include "ui/VlProdListLabel.h"
 
 #include <QApplication>
@@ -285,9 +287,7 @@ QList<QWidget*> QuillmarkMainWindow::GetActionButtons() const
 QLabel* QuillmarkMainWindow::CreateMiddleLabel()
 {
     auto* middle = new QLabel(m_pMainLabel);
-    // Scoped by name: an open rule would reach every widget below, down to each product card.
-    middle->setObjectName(QStringLiteral("QmkMiddle"));
-    middle->setStyleSheet(QStringLiteral("QLabel#QmkMiddle { background-color: #7D7D7D; }"));
+    VlBackground::Fill(middle, QColor(0x7D, 0x7D, 0x7D));
     QGridLayout* outer = grid0(QMargins());
     outer->setRowStretch(0, 1);
     outer->setRowStretch(1, 0);
@@ -388,10 +388,7 @@ QGridLayout* QuillmarkMainWindow::CreateStatusLeisteLayout()
     grid->setRowMinimumHeight(0, 20);
 
     m_pStatus = new QLabel(tr("Ready"), m_pMainLabel);
-    QFont f(QApplication::font().family());
-    f.setPointSize(9);
-    f.setItalic(true);
-    m_pStatus->setFont(f);
+    m_pStatus->setFont(VlFonts::Font(9, QFont::Normal, true));
     VlColors::SetTextColor(m_pStatus, QColor(254, 254, 254));
     grid->addWidget(m_pStatus, 0, 0);
 
@@ -465,15 +462,42 @@ void QuillmarkMainWindow::ClickedCategory(VlCatLabel* clicked)
             button->SetSelect(false);
 }
 
-void QuillmarkMainWindow::ClickedCatXPlane10Slot() { ClickedCategory(m_pCatXPlane10); }
-void QuillmarkMainWindow::ClickedCatXPlane11Slot() { ClickedCategory(m_pCatXPlane11); }
-void QuillmarkMainWindow::ClickedCatP3DV2Slot() { ClickedCategory(m_pCatP3DV2); }
-void QuillmarkMainWindow::ClickedCatP3DV3Slot() { ClickedCategory(m_pCatP3DV3); }
-void QuillmarkMainWindow::ClickedCatP3DV4Slot() { ClickedCategory(m_pCatP3DV4); }
-void QuillmarkMainWindow::ClickedCatFSXSlot() { ClickedCategory(m_pCatFSX); }
-void QuillmarkMainWindow::ClickedCatFS2004Slot() { ClickedCategory(m_pCatFS2004); }
-void QuillmarkMainWindow::ClickedCatAllSlot() { ClickedCategory(m_pCatAll); }
-void QuillmarkMainWindow::ClickedCatUpdateListSlot() { ClickedCategory(m_pCatUpdateList); }
+void QuillmarkMainWindow::ClickedCatXPlane10Slot()
+{
+    ClickedCategory(m_pCatXPlane10);
+}
+void QuillmarkMainWindow::ClickedCatXPlane11Slot()
+{
+    ClickedCategory(m_pCatXPlane11);
+}
+void QuillmarkMainWindow::ClickedCatP3DV2Slot()
+{
+    ClickedCategory(m_pCatP3DV2);
+}
+void QuillmarkMainWindow::ClickedCatP3DV3Slot()
+{
+    ClickedCategory(m_pCatP3DV3);
+}
+void QuillmarkMainWindow::ClickedCatP3DV4Slot()
+{
+    ClickedCategory(m_pCatP3DV4);
+}
+void QuillmarkMainWindow::ClickedCatFSXSlot()
+{
+    ClickedCategory(m_pCatFSX);
+}
+void QuillmarkMainWindow::ClickedCatFS2004Slot()
+{
+    ClickedCategory(m_pCatFS2004);
+}
+void QuillmarkMainWindow::ClickedCatAllSlot()
+{
+    ClickedCategory(m_pCatAll);
+}
+void QuillmarkMainWindow::ClickedCatUpdateListSlot()
+{
+    ClickedCategory(m_pCatUpdateList);
+}
 
 void QuillmarkMainWindow::SelectCategory(CCategory* category)
 {

@@ -1,5 +1,7 @@
 #include "ui/SystemButton.h"
 
+#include "ui/VlImages.h"
+
 #include <QBitmap>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -16,7 +18,7 @@ void SystemButton::SetImage(const QString& path)
     if (path == m_strShown)
         return;
     m_strShown = path;
-    const QPixmap pixmap(path);
+    const QPixmap pixmap = VlImages::Pixmap(path);
     setPixmap(pixmap);
     if (!pixmap.isNull())
         setMask(pixmap.mask());

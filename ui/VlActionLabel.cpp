@@ -1,6 +1,7 @@
 #include "ui/VlActionLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,8 +18,6 @@ VlActionLabel::VlActionLabel(const QString& text, QWidget* parent) : QLabel(text
 
 void VlActionLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(font().pointSize());
-    setFont(f);
+    setFont(VlFonts::Font(font().pointSize()));
     VlColors::SetTextColor(this, QColor(255, 255, 255));
 }

@@ -2,7 +2,8 @@
 
 #include <QPushButton>
 
-// Text button of the cards and of the category panel.
+// Text button of the cards and of the category panel: a flat rounded button that lights up under
+// the mouse and darkens while pressed.
 class VlAppPushButton : public QPushButton
 {
     Q_OBJECT
@@ -10,6 +11,11 @@ class VlAppPushButton : public QPushButton
 public:
     explicit VlAppPushButton(QWidget* parent = nullptr);
 
-    // Style-sheet rules for the panels that hold these buttons (see VlDefaultEdit::StyleRules).
-    static QString StyleRules();
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 };

@@ -1,6 +1,7 @@
 #include "ui/VlAppTitleLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,9 +18,6 @@ VlAppTitleLabel::VlAppTitleLabel(const QString& text, QWidget* parent) : QLabel(
 
 void VlAppTitleLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(font().pointSize() + 15);
-    f.setItalic(true);
-    setFont(f);
+    setFont(VlFonts::Font(font().pointSize() + 15, QFont::Normal, true));
     VlColors::SetTextColor(this, QColor(255, 255, 255));
 }

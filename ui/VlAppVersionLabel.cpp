@@ -1,6 +1,7 @@
 #include "ui/VlAppVersionLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,9 +18,6 @@ VlAppVersionLabel::VlAppVersionLabel(const QString& text, QWidget* parent) : QLa
 
 void VlAppVersionLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(font().pointSize());
-    f.setItalic(true);
-    setFont(f);
+    setFont(VlFonts::Font(font().pointSize(), QFont::Normal, true));
     VlColors::SetTextColor(this, QColor(255, 255, 255));
 }

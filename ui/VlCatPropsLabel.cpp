@@ -2,6 +2,7 @@
 
 #include "model/CCategory.h"
 #include "ui/VlAppPushButton.h"
+#include "ui/VlBackground.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlCategoryTitleLabel.h"
 #include "ui/VlColors.h"
@@ -40,8 +41,7 @@ void VlCatPropsLabel::Init()
 
 void VlCatPropsLabel::InitCtrls()
 {
-    setStyleSheet(QStringLiteral("VlCatPropsLabel { background-color: rgb(240, 240, 250); }") +
-                  VlDefaultEdit::StyleRules() + VlAppPushButton::StyleRules());
+    VlBackground::Fill(this, QColor(240, 240, 250));
     setMinimumHeight(110);
 
     auto* outer = new QGridLayout(this);
@@ -51,8 +51,7 @@ void VlCatPropsLabel::InitCtrls()
     outer->addWidget(line("background-color: rgb(128, 128, 134)", this), 1, 0, Qt::AlignLeft | Qt::AlignTop);
 
     auto* band = new QLabel(this);
-    band->setObjectName(QStringLiteral("QmkPropsBand"));
-    band->setStyleSheet(QStringLiteral("QLabel#QmkPropsBand { background-color: rgb(195, 195, 205); }"));
+    VlBackground::Fill(band, QColor(195, 195, 205));
     band->setMinimumHeight(26);
     auto* bandGrid = new QGridLayout(band);
     bandGrid->setSpacing(0);

@@ -1,6 +1,7 @@
 #include "ui/VlCategoryTitleLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,9 +18,6 @@ VlCategoryTitleLabel::VlCategoryTitleLabel(const QString& text, QWidget* parent)
 
 void VlCategoryTitleLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(QApplication::font().pointSize() + 2);
-    f.setBold(true);
-    setFont(f);
+    setFont(VlFonts::Relative(2, QFont::Bold));
     VlColors::SetTextColor(this, QColor(45, 45, 55));
 }

@@ -1,6 +1,7 @@
 #include "ui/VlDatasetTitleLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,9 +18,6 @@ VlDatasetTitleLabel::VlDatasetTitleLabel(const QString& text, QWidget* parent) :
 
 void VlDatasetTitleLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(QApplication::font().pointSize());
-    f.setWeight(QFont::DemiBold);
-    setFont(f);
+    setFont(VlFonts::Relative(0, QFont::DemiBold));
     VlColors::SetTextColor(this, QColor(40, 70, 120));
 }

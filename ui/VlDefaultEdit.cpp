@@ -1,19 +1,29 @@
 #include "ui/VlDefaultEdit.h"
 
-#include <QApplication>
-#include <QFont>
+#include "ui/VlFonts.h"
+
+#include <QPainter>
+#include <QPalette>
 
 VlDefaultEdit::VlDefaultEdit(QWidget* parent) : QLineEdit(parent)
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(QApplication::font().pointSize());
-    setFont(f);
+    setFont(VlFonts::Relative(0));
     setMinimumHeight(22);
+    // The border is drawn here, so the style's frame goes; the margins keep the text off it.
+    setFrame(false);
+    setTextMargins(5, 2, 5, 2);
+    QPalette pal = palette();
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        pal.setColor(group, QPalette::Base, QColor(252, 252, 255));
+    setPalette(pal);
 }
 
-QString VlDefaultEdit::StyleRules()
+void VlDefaultEdit::paintEvent(QPaintEvent* event)
 {
-    // The edit is mostly shown disabled; it must still read like a field, not like greyed text.
-    return QStringLiteral("VlDefaultEdit { background-color: rgb(252, 252, 255); "
-                          "border: 1px solid rgb(170, 170, 185); border-radius: 2px; padding: 1px 4px; }");
+    QLineEdit::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(hasFocus() ? QColor(90, 110, 150) : QColor(170, 170, 185));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
 }

@@ -2,7 +2,8 @@
 
 #include <QLineEdit>
 
-// Path edit of the cards and of the category panel.
+// Path edit of the cards and of the category panel. It is mostly shown disabled and must still
+// read like a field, not like greyed text: a light field with a thin rounded border.
 class VlDefaultEdit : public QLineEdit
 {
     Q_OBJECT
@@ -10,7 +11,6 @@ class VlDefaultEdit : public QLineEdit
 public:
     explicit VlDefaultEdit(QWidget* parent = nullptr);
 
-    // Style-sheet rules for the panels that hold edits; one sheet per panel instead of one per
-    // edit keeps hundreds of product cards quick to build.
-    static QString StyleRules();
+protected:
+    void paintEvent(QPaintEvent* event) override;
 };

@@ -1,6 +1,7 @@
 #include "ui/VlDefaultLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,8 +18,6 @@ VlDefaultLabel::VlDefaultLabel(const QString& text, QWidget* parent) : QLabel(te
 
 void VlDefaultLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(QApplication::font().pointSize());
-    setFont(f);
+    setFont(VlFonts::Relative(0));
     VlColors::SetTextColor(this, QColor(60, 60, 70));
 }

@@ -4,12 +4,14 @@
 #include "model/CProduct.h"
 #include "ui/SystemButton.h"
 #include "ui/VlAppPushButton.h"
+#include "ui/VlBackground.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlColors.h"
 #include "ui/VlDatasetTitleLabel.h"
 #include "ui/VlDefaultEdit.h"
 #include "ui/VlDefaultLabel.h"
 #include "ui/VlDirChooser.h"
+#include "ui/VlImages.h"
 #include "ui/VlProductTitleLabel.h"
 
 #include <QCheckBox>
@@ -25,17 +27,16 @@
 namespace {
 // Indexed by install state - 1.
 const char* const st_stateIcons[8] = {
-    ":/images/prod_install_run.png",     ":/images/prod_reset_run.png",   ":/images/prod_remove_backup_run.png",
-    ":/images/prod_not_install.png",     ":/images/prod_install_ok.png",  ":/images/prod_install_error.png",
+    ":/images/prod_install_run.png",     ":/images/prod_reset_run.png",  ":/images/prod_remove_backup_run.png",
+    ":/images/prod_not_install.png",     ":/images/prod_install_ok.png", ":/images/prod_install_error.png",
     ":/images/prod_install_warning.png", ":/images/prod_update.png",
 };
 
-// Frames are plain frames rather than labels, so that they grow with what they hold. Their
-// colours come from the list's one style sheet, by object name.
-QFrame* frameLabel(const char* name, QWidget* parent)
+// Frames are plain frames rather than labels, so that they grow with what they hold.
+QFrame* frameLabel(const QColor& background, QWidget* parent)
 {
     auto* label = new QFrame(parent);
-    label->setObjectName(QString::fromLatin1(name));
+    VlBackground::Fill(label, background);
     return label;
 }
 
@@ -57,15 +58,6 @@ VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* produ
     InitSlots();
 }
 
-QString VlProdLabel::StyleRules()
-{
-    return QStringLiteral("VlProdLabel { background-color: rgb(40, 40, 50); }"
-                          "QFrame#QmkCardUpper { background-color: rgb(230, 230, 240); }"
-                          "QFrame#QmkCardLower { background-color: rgb(235, 235, 245); }"
-                          "QFrame#QmkCardOuter { background-color: rgb(110, 110, 117); }") +
-           VlDefaultEdit::StyleRules() + VlAppPushButton::StyleRules();
-}
-
 void VlProdLabel::Init()
 {
     InitWidgets();
@@ -82,16 +74,17 @@ void VlProdLabel::InitWidgets()
 {
     if (m_bWidgetsBuilt)
         return;
-    setAttribute(Qt::WA_StyledBackground);
+    VlBackground::Fill(this, QColor(40, 40, 50));
     setMinimumHeight(120);
     if (!m_pProduct)
         return;
 
     // Upper frame: state, name, category, dataset, cycle and the command toggles.
-    m_pUpperFrame = frameLabel("QmkCardUpper", this);
+    m_pUpperFrame = frameLabel(QColor(230, 230, 240), this);
     m_pUpperFrame->setMinimumHeight(75);
+    // Each grid goes onto its frame only once it is complete: a grid that already has a widget asks
+    // it for a new layout pass on every change, and with hundreds of cards those requests pile up.
     QGridLayout* upper = grid0(QMargins(8, 5, 10, 1));
-    m_pUpperFrame->setLayout(upper);
     upper->setColumnStretch(0, 0);
     upper->setColumnStretch(1, 0);
     upper->setColumnStretch(2, 1);
@@ -103,7 +96,7 @@ void VlProdLabel::InitWidgets()
 
     for (int i = 0; i < 8; ++i) {
         m_pStateIcons[i] = new QLabel(m_pUpperFrame);
-        m_pStateIcons[i]->setPixmap(QPixmap(QString::fromLatin1(st_stateIcons[i])));
+        m_pStateIcons[i]->setPixmap(VlImages::Pixmap(QString::fromLatin1(st_stateIcons[i])));
         m_pStateIcons[i]->hide();
         upper->addWidget(m_pStateIcons[i], 0, 0, st_leftCentre);
     }
@@ -118,9 +111,9 @@ void VlProdLabel::InitWidgets()
     toggles->setColumnStretch(2, 0);
     toggles->setColumnMinimumWidth(2, 90);
     toggles->setRowMinimumHeight(0, 32);
-    m_pShowCommands = new QPushButton(QIcon(QStringLiteral(":/images/links.png")), QString(), m_pUpperFrame);
+    m_pShowCommands = new QPushButton(VlImages::Icon(QStringLiteral(":/images/links.png")), QString(), m_pUpperFrame);
     m_pShowCommands->setMinimumWidth(90);
-    m_pHideCommands = new QPushButton(QIcon(QStringLiteral(":/images/rechts.png")), QString(), m_pUpperFrame);
+    m_pHideCommands = new QPushButton(VlImages::Icon(QStringLiteral(":/images/rechts.png")), QString(), m_pUpperFrame);
     m_pHideCommands->setMinimumWidth(90);
     m_pHideCommands->hide();
     toggles->addWidget(m_pShowCommands, 0, 2, Qt::AlignCenter);
@@ -130,8 +123,8 @@ void VlProdLabel::InitWidgets()
     m_pDatasetCaption = new VlDefaultLabel(m_pUpperFrame);
     m_pDatasetCaption->setContentsMargins(0, 0, 13, 0);
     upper->addWidget(m_pDatasetCaption, 1, 0, Qt::AlignRight | Qt::AlignVCenter);
-    m_pDataset = new VlDatasetTitleLabel(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"),
-                                         m_pUpperFrame);
+    m_pDataset =
+        new VlDatasetTitleLabel(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"), m_pUpperFrame);
     // Dataset and cycle may use the empty middle column too; the cycle text is long.
     upper->addWidget(m_pDataset, 1, 1, 1, 2, st_leftCentre);
 
@@ -155,14 +148,13 @@ void VlProdLabel::InitWidgets()
     m_pCommands->setMinimumSize(108, 30);
     m_pCommands->hide();
     QGridLayout* commands = grid0(QMargins(0, 4, 0, 0));
-    m_pCommands->setLayout(commands);
     commands->setRowMinimumHeight(0, 30);
     commands->setColumnMinimumWidth(1, 6);
     commands->setColumnMinimumWidth(3, 6);
     m_pUpdateButton = new SystemButton(QStringLiteral(":/images/update_gr.png"),
                                        QStringLiteral(":/images/update_bl.png"), m_pCommands);
-    m_pResetButton = new SystemButton(QStringLiteral(":/images/reset_gr.png"),
-                                      QStringLiteral(":/images/reset_bl.png"), m_pCommands);
+    m_pResetButton =
+        new SystemButton(QStringLiteral(":/images/reset_gr.png"), QStringLiteral(":/images/reset_bl.png"), m_pCommands);
     m_pRemoveBackupButton = new SystemButton(QStringLiteral(":/images/remove_backup_gr.png"),
                                              QStringLiteral(":/images/remove_backup_bl.png"), m_pCommands);
     m_pUpdateButton->setCursor(Qt::PointingHandCursor);
@@ -171,13 +163,14 @@ void VlProdLabel::InitWidgets()
     commands->addWidget(m_pUpdateButton, 0, 0, Qt::AlignLeft | Qt::AlignTop);
     commands->addWidget(m_pResetButton, 0, 2, Qt::AlignLeft | Qt::AlignTop);
     commands->addWidget(m_pRemoveBackupButton, 0, 4, Qt::AlignLeft | Qt::AlignTop);
+    m_pCommands->setLayout(commands);
     upper->addWidget(m_pCommands, 2, 3, Qt::AlignLeft | Qt::AlignVCenter);
+    m_pUpperFrame->setLayout(upper);
 
     // Lower frame: the product folder.
-    m_pLowerFrame = frameLabel("QmkCardLower", this);
+    m_pLowerFrame = frameLabel(QColor(235, 235, 245), this);
     m_pLowerFrame->setMinimumHeight(40);
     QGridLayout* lower = grid0(QMargins(9, 0, 10, 0));
-    m_pLowerFrame->setLayout(lower);
     lower->setColumnStretch(0, 0);
     lower->setColumnMinimumWidth(0, 64);
     lower->setColumnStretch(1, 1);
@@ -189,6 +182,7 @@ void VlProdLabel::InitWidgets()
     lower->addWidget(m_pPathEdit, 0, 1, st_leftCentre);
     m_pChangeButton = new VlAppPushButton(m_pLowerFrame);
     lower->addWidget(m_pChangeButton, 0, 2, Qt::AlignRight | Qt::AlignVCenter);
+    m_pLowerFrame->setLayout(lower);
 
     InitProdProductPaths(m_pProduct->GetProductPath());
     const QString realPath = m_pProduct->InitRealPath(m_pProduct->GetProductPath());
@@ -196,14 +190,14 @@ void VlProdLabel::InitWidgets()
     SetPathColor(CheckExistDir(realPath));
 
     // Frames on a grey outline that fills the dark card.
-    m_pOuterFrame = frameLabel("QmkCardOuter", this);
+    m_pOuterFrame = frameLabel(QColor(110, 110, 117), this);
     QGridLayout* frames = grid0(QMargins(1, 1, 1, 1));
-    m_pOuterFrame->setLayout(frames);
     frames->addWidget(m_pUpperFrame, 0, 0);
     frames->addWidget(m_pLowerFrame, 1, 0);
+    m_pOuterFrame->setLayout(frames);
     QGridLayout* card = grid0(QMargins(2, 2, 2, 2));
-    setLayout(card);
     card->addWidget(m_pOuterFrame, 0, 0);
+    setLayout(card);
 
     retranslate();
     m_bWidgetsBuilt = true;

@@ -29,8 +29,6 @@ public:
     VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product);
 
     void Init();
-    // Colours of the cards, set once on the panel that holds them.
-    static QString StyleRules();
     CProduct* GetProduct() const { return m_pProduct; }
 
     void setVisible(bool visible) override;

@@ -3,14 +3,15 @@
 #include "model/CCategory.h"
 #include "model/CDataModel.h"
 #include "model/CProduct.h"
+#include "ui/VlBackground.h"
 #include "ui/VlProdLabel.h"
 
 #include <QEvent>
-#include <QTimer>
-#include <QResizeEvent>
 #include <QGridLayout>
+#include <QResizeEvent>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTimer>
 
 VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabel(parent), m_pDataModel(dataModel)
 {
@@ -22,7 +23,7 @@ VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabe
 
 void VlProdListLabel::Init()
 {
-    setStyleSheet(QStringLiteral("VlProdListLabel { background-color: rgb(195, 195, 205); }"));
+    VlBackground::Fill(this, QColor(195, 195, 205));
     auto* grid = new QGridLayout;
     grid->setSpacing(0);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -36,9 +37,7 @@ void VlProdListLabel::Init()
     m_pScrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_pContent = new QLabel;
     m_pScrollArea->setWidget(m_pContent);
-    m_pContent->setObjectName(QStringLiteral("QmkProdContent"));
-    m_pContent->setStyleSheet(QStringLiteral("QLabel#QmkProdContent { background-color: rgb(240, 240, 250); }") +
-                              VlProdLabel::StyleRules());
+    VlBackground::Fill(m_pContent, QColor(240, 240, 250));
     const int count = m_pDataModel ? m_pDataModel->GetProductListSize() : 0;
     for (int i = 0; i < count; ++i) {
         CProduct* product = m_pDataModel->GetProductByIndex(i);

@@ -1,6 +1,7 @@
 #include "ui/VlProductTitleLabel.h"
 
 #include "ui/VlColors.h"
+#include "ui/VlFonts.h"
 
 #include <QApplication>
 #include <QFont>
@@ -17,9 +18,6 @@ VlProductTitleLabel::VlProductTitleLabel(const QString& text, QWidget* parent) :
 
 void VlProductTitleLabel::Style()
 {
-    QFont f(QApplication::font().family());
-    f.setPointSize(QApplication::font().pointSize() + 3);
-    f.setBold(true);
-    setFont(f);
+    setFont(VlFonts::Relative(3, QFont::Bold));
     VlColors::SetTextColor(this, QColor(30, 35, 60));
 }
