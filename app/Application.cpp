@@ -71,8 +71,8 @@ void Application::loadTranslations(const QDir& dir, const QString& systemLocaleN
     const QStringList localeParts = systemLocaleName.split(QLatin1Char('_'));
     const QString matchKey = localeParts.size() >= 2 ? localeParts.last().toLower() : systemLocaleName;
 
-    const QFileInfoList files = dir.entryInfoList(QStringList{QStringLiteral("*_*.qm")},
-                                                  QDir::Files | QDir::Readable, QDir::Name);
+    const QFileInfoList files =
+        dir.entryInfoList(QStringList{QStringLiteral("*_*.qm")}, QDir::Files | QDir::Readable, QDir::Name);
     for (const QFileInfo& file : files) {
         const QStringList parts = file.baseName().split(QLatin1Char('_'));
         if (parts.size() < 2)

@@ -5,7 +5,6 @@
 #include <QSet>
 #include <QString>
 
-
 class CProduct;
 
 // Moves one product's unpacked dataset into its install targets. Every file it replaces first goes

@@ -4,7 +4,6 @@
 
 #include <QString>
 
-
 class CProduct;
 
 // Deletes the backup folders that installs left in a product's targets; nothing outside them.

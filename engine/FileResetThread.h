@@ -4,7 +4,6 @@
 
 #include <QString>
 
-
 class CProduct;
 
 // Puts back the files an install replaced: walks a product's targets and moves the content of

@@ -85,8 +85,7 @@ void CDataModel::Init(QString version)
     InitProp();
     InitProductParentCategory();
 
-    connect(&m_dsVersion, &CDSVersion::SignalCheckHighVersionFinished, this,
-            &CDataModel::CheckHighVersionFinishedSlot);
+    connect(&m_dsVersion, &CDSVersion::SignalCheckHighVersionFinished, this, &CDataModel::CheckHighVersionFinishedSlot);
     connect(&m_dsVersion, &CDSVersion::SignalChangeNewVersion, this, &CDataModel::ChangeNewVersionSlot);
     connect(&m_qmkVersion, &CQMKVersion::SignalDownloadVersionTXTFinish, this,
             &CDataModel::SlotDownloadVersionTXTFinish);

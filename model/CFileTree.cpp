@@ -28,7 +28,8 @@ QFileInfoList CFileTree::plainFiles(const QString& folder)
 QFileInfoList CFileTree::subFolders(const QString& folder)
 {
     QFileInfoList result;
-    const QFileInfoList dirs = QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::NoSort);
+    const QFileInfoList dirs =
+        QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::NoSort);
     for (const QFileInfo& info : dirs)
         if (!info.isSymLink())
             result << info;
@@ -38,8 +39,8 @@ QFileInfoList CFileTree::subFolders(const QString& folder)
 QFileInfoList CFileTree::links(const QString& folder)
 {
     QFileInfoList result;
-    const QFileInfoList entries = QDir(folder).entryInfoList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
+    const QFileInfoList entries =
+        QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
     for (const QFileInfo& info : entries)
         if (info.isSymLink())
             result << info;

@@ -158,7 +158,8 @@ private slots:
         list.start("unzip", {"-Z1", archive});
         list.waitForFinished(30000);
         int files = 0;
-        for (const QString& entry : QString::fromLocal8Bit(list.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
+        for (const QString& entry :
+             QString::fromLocal8Bit(list.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
             files += entry.endsWith('/') ? 0 : 1;
         QProcess test;
         test.start("unzip", {"-t", "-P", "pralvek", archive});

@@ -115,26 +115,29 @@ private slots:
         QTest::addColumn<QStringList>("expected");
 
         const QStringList all{"Alpha GNS", "Bravo FMS", "Charlie Nav", "Delta GNS", "Echo FMS"};
-        QTest::newRow("all") << "All" << "All" << QStringList() << all;
-        QTest::newRow("x-plane 11") << "X-Plane 11" << "All" << QStringList()
-                                    << QStringList{"Alpha GNS", "Bravo FMS", "Echo FMS"};
-        QTest::newRow("x-plane 10") << "X-Plane 10" << "All" << QStringList()
-                                    << QStringList{"Charlie Nav", "Delta GNS"};
+        QTest::newRow("all") << "All"
+                             << "All" << QStringList() << all;
+        QTest::newRow("x-plane 11") << "X-Plane 11"
+                                    << "All" << QStringList() << QStringList{"Alpha GNS", "Bravo FMS", "Echo FMS"};
+        QTest::newRow("x-plane 10") << "X-Plane 10"
+                                    << "All" << QStringList() << QStringList{"Charlie Nav", "Delta GNS"};
         QTest::newRow("dataset over all categories")
-            << "All" << "gns430" << QStringList() << QStringList{"Alpha GNS", "Delta GNS"};
-        QTest::newRow("category and dataset") << "X-Plane 11" << "xp11nav" << QStringList()
-                                              << QStringList{"Bravo FMS", "Echo FMS"};
-        QTest::newRow("dataset of the other category") << "X-Plane 10" << "xp11nav" << QStringList()
-                                                       << QStringList();
-        QTest::newRow("selected from catalogue") << "Selected" << "All" << QStringList()
-                                                 << QStringList{"Bravo FMS"};
+            << "All"
+            << "gns430" << QStringList() << QStringList{"Alpha GNS", "Delta GNS"};
+        QTest::newRow("category and dataset") << "X-Plane 11"
+                                              << "xp11nav" << QStringList() << QStringList{"Bravo FMS", "Echo FMS"};
+        QTest::newRow("dataset of the other category") << "X-Plane 10"
+                                                       << "xp11nav" << QStringList() << QStringList();
+        QTest::newRow("selected from catalogue") << "Selected"
+                                                 << "All" << QStringList() << QStringList{"Bravo FMS"};
         QTest::newRow("selected after ticking")
-            << "Selected" << "All" << QStringList{"Charlie Nav", "Echo FMS"}
-            << QStringList{"Bravo FMS", "Charlie Nav", "Echo FMS"};
-        QTest::newRow("unticking removes from selected")
-            << "Selected" << "All" << QStringList{"Bravo FMS"} << QStringList();
-        QTest::newRow("selected and dataset") << "Selected" << "xp10nav" << QStringList{"Charlie Nav", "Alpha GNS"}
-                                              << QStringList{"Charlie Nav"};
+            << "Selected"
+            << "All" << QStringList{"Charlie Nav", "Echo FMS"} << QStringList{"Bravo FMS", "Charlie Nav", "Echo FMS"};
+        QTest::newRow("unticking removes from selected") << "Selected"
+                                                         << "All" << QStringList{"Bravo FMS"} << QStringList();
+        QTest::newRow("selected and dataset")
+            << "Selected"
+            << "xp10nav" << QStringList{"Charlie Nav", "Alpha GNS"} << QStringList{"Charlie Nav"};
     }
 
     void filterShowsExactCards()
@@ -190,7 +193,8 @@ private slots:
         const int at = settings.indexOf(record);
         QVERIFY2(at >= 0, qPrintable(settings));
         const int update = settings.indexOf(QStringLiteral("<update>"), at);
-        const QString expected = selected ? QStringLiteral("<update>true</update>") : QStringLiteral("<update>false</update>");
+        const QString expected =
+            selected ? QStringLiteral("<update>true</update>") : QStringLiteral("<update>false</update>");
         QCOMPARE(settings.mid(update, expected.size()), expected);
     }
 
@@ -233,8 +237,7 @@ private slots:
         QTest::addColumn<QByteArray>("backup");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("nothing") << QByteArray() << QByteArray()
-                                 << "- installed ( not found ), backup ( not found ) -";
+        QTest::newRow("nothing") << QByteArray() << QByteArray() << "- installed ( not found ), backup ( not found ) -";
         QTest::newRow("installed only") << QByteArray("AIRAC cycle    : 1802\r\nRevision       : 1\r\n") << QByteArray()
                                         << "- installed ( V. 1802 R. 1 ), backup ( not found ) -";
         QTest::newRow("both") << QByteArray("AIRAC cycle    : 1803\r\nRevision       : 2\r\n")

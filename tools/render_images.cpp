@@ -79,9 +79,9 @@ QImage contactSheet(const QList<Rendered>& images)
                 p.fillRect(cell, backgrounds[b]);
             }
             const QSize s = r.image.size() * scale;
-            p.drawImage(QRect(cell.x() + (cellW - s.width()) / 2, cell.y() + (cellH - s.height()) / 2, s.width(),
-                              s.height()),
-                        r.image);
+            p.drawImage(
+                QRect(cell.x() + (cellW - s.width()) / 2, cell.y() + (cellH - s.height()) / 2, s.width(), s.height()),
+                r.image);
         }
         p.setPen(Qt::black);
         p.drawText(QRect(x0 + pad, y0 + pad + cellH + 1, tileW - 2 * pad, labelH), Qt::AlignLeft | Qt::AlignTop,

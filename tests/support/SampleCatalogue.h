@@ -15,7 +15,7 @@ public:
     {
         QString name;
         QString dataset;
-        QString path;      // product_path and cycle_info_path
+        QString path; // product_path and cycle_info_path
         QString category;
         bool update = false;
     };

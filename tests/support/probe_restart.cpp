@@ -35,9 +35,8 @@ int main(int argc, char** argv)
     hooks.afterShow = [codes](int pass) {
         QStringList languages = Application::availableLanguages();
         languages.sort();
-        std::printf("pass %d pid %lld windows %d visible %d languages %s\n", pass,
-                    QCoreApplication::applicationPid(), windowsBuilt, int(Application::mainWnd->isVisible()),
-                    qPrintable(languages.join(QLatin1Char(','))));
+        std::printf("pass %d pid %lld windows %d visible %d languages %s\n", pass, QCoreApplication::applicationPid(),
+                    windowsBuilt, int(Application::mainWnd->isVisible()), qPrintable(languages.join(QLatin1Char(','))));
         std::fflush(stdout);
         const int code = pass < codes.size() ? codes.at(pass) : 0;
         QTimer::singleShot(0, [code] { QCoreApplication::exit(code); });

@@ -75,8 +75,9 @@ int main(int argc, char** argv)
             TempAppDir dir;
             dir.writeFile(QStringLiteral("bin/base_ini.xml"), makeCatalogue(products, shuffled));
             // No start-up update checks: only reading and linking is measured.
-            dir.writeFile(QStringLiteral("bin/prop_ini.xml"), "<data><App><DSAutoUpdate>0</DSAutoUpdate>"
-                                                              "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate></App></data>");
+            dir.writeFile(QStringLiteral("bin/prop_ini.xml"),
+                          "<data><App><DSAutoUpdate>0</DSAutoUpdate>"
+                          "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate></App></data>");
             const QString path = dir.filePath(QStringLiteral("bin/base_ini.xml"));
             const int runs = products >= 5000 ? 5 : 15;
 
