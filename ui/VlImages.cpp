@@ -2,25 +2,27 @@
 
 #include <QHash>
 
+namespace {
+// GUI thread only, like every pixmap.
+template <class Picture>
+Picture cached(const QString& path)
+{
+    static QHash<QString, Picture> st_pictures;
+    auto found = st_pictures.constFind(path);
+    if (found != st_pictures.constEnd())
+        return *found;
+    const Picture picture(path);
+    st_pictures.insert(path, picture);
+    return picture;
+}
+} // namespace
+
 QPixmap VlImages::Pixmap(const QString& path)
 {
-    // GUI thread only, like every pixmap.
-    static QHash<QString, QPixmap> st_pixmaps;
-    auto found = st_pixmaps.constFind(path);
-    if (found != st_pixmaps.constEnd())
-        return *found;
-    const QPixmap pixmap(path);
-    st_pixmaps.insert(path, pixmap);
-    return pixmap;
+    return cached<QPixmap>(path);
 }
 
 QIcon VlImages::Icon(const QString& path)
 {
-    static QHash<QString, QIcon> st_icons;
-    auto found = st_icons.constFind(path);
-    if (found != st_icons.constEnd())
-        return *found;
-    const QIcon icon(path);
-    st_icons.insert(path, icon);
-    return icon;
+    return cached<QIcon>(path);
 }
