@@ -23,12 +23,6 @@ void VlBackground::Fill(QWidget* widget, const QColor& color)
     widget->update();
 }
 
-QColor VlBackground::FillColor(const QWidget* widget)
-{
-    const auto* fill = widget ? widget->findChild<VlBackground*>(QString(), Qt::FindDirectChildrenOnly) : nullptr;
-    return fill ? fill->m_color : QColor();
-}
-
 bool VlBackground::eventFilter(QObject* watched, QEvent* event)
 {
     // Runs inside the widget's own paint event, before its paintEvent draws on top.

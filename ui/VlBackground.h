@@ -15,8 +15,6 @@ class VlBackground : public QObject
 public:
     // Paints `color` under `widget` from now on; a second call changes the colour.
     static void Fill(QWidget* widget, const QColor& color);
-    // The colour given to Fill, or an invalid colour.
-    static QColor FillColor(const QWidget* widget);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
