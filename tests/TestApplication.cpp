@@ -17,68 +17,26 @@ private slots:
     void startupLanguage_data()
     {
         QTest::addColumn<QString>("systemLocale");
-        QTest::addColumn<QString>("stored"); // language from the settings, empty for none
+        QTest::addColumn<QString>("stored");              // language from the settings, empty for none
         QTest::addColumn<QString>("expectedLanguage");
-        QTest::addColumn<QString>("expectedTranslator"); // language of the installed translator, empty for none
+        QTest::addColumn<QString>("expectedTranslator");  // language of the installed translator, empty for none
 
-        QTest::newRow("de_DE starts German") << "de_DE"
-                                             << ""
-                                             << "de_DE"
-                                             << "de_DE";
+        QTest::newRow("de_DE starts German") << "de_DE" << "" << "de_DE" << "de_DE";
         // The country of the system locale is what is matched, so Austria starts in English.
-        QTest::newRow("de_AT starts English") << "de_AT"
-                                              << ""
-                                              << "en_US"
-                                              << "en_US";
-        QTest::newRow("fr_FR starts English") << "fr_FR"
-                                              << ""
-                                              << "en_US"
-                                              << "en_US";
-        QTest::newRow("en_GB starts English") << "en_GB"
-                                              << ""
-                                              << "en_US"
-                                              << "en_US";
-        QTest::newRow("en_US starts English") << "en_US"
-                                              << ""
-                                              << "en_US"
-                                              << "en_US";
+        QTest::newRow("de_AT starts English") << "de_AT" << "" << "en_US" << "en_US";
+        QTest::newRow("fr_FR starts English") << "fr_FR" << "" << "en_US" << "en_US";
+        QTest::newRow("en_GB starts English") << "en_GB" << "" << "en_US" << "en_US";
+        QTest::newRow("en_US starts English") << "en_US" << "" << "en_US" << "en_US";
         // Country "de" matches the German file's language, but en_DE is no translation of its own.
-        QTest::newRow("en_DE takes the full name, no translator") << "en_DE"
-                                                                  << ""
-                                                                  << "en_DE"
-                                                                  << "";
-        QTest::newRow("de_CH starts English") << "de_CH"
-                                              << ""
-                                              << "en_US"
-                                              << "en_US";
-        QTest::newRow("C is compared whole") << "C"
-                                             << ""
-                                             << "en_US"
-                                             << "en_US";
-        QTest::newRow("bare de is compared whole") << "de"
-                                                   << ""
-                                                   << "de"
-                                                   << "";
-        QTest::newRow("stored German wins") << "fr_FR"
-                                            << "de_DE"
-                                            << "de_DE"
-                                            << "de_DE";
-        QTest::newRow("stored English wins") << "de_DE"
-                                             << "en_US"
-                                             << "en_US"
-                                             << "en_US";
-        QTest::newRow("stored unknown key shows built-in texts") << "de_DE"
-                                                                 << "xx_YY"
-                                                                 << "xx_YY"
-                                                                 << "";
-        QTest::newRow("stored lower-case key is not a key") << "de_DE"
-                                                            << "de_de"
-                                                            << "de_de"
-                                                            << "";
-        QTest::newRow("stored garbage") << "en_US"
-                                        << "__"
-                                        << "__"
-                                        << "";
+        QTest::newRow("en_DE takes the full name, no translator") << "en_DE" << "" << "en_DE" << "";
+        QTest::newRow("de_CH starts English") << "de_CH" << "" << "en_US" << "en_US";
+        QTest::newRow("C is compared whole") << "C" << "" << "en_US" << "en_US";
+        QTest::newRow("bare de is compared whole") << "de" << "" << "de" << "";
+        QTest::newRow("stored German wins") << "fr_FR" << "de_DE" << "de_DE" << "de_DE";
+        QTest::newRow("stored English wins") << "de_DE" << "en_US" << "en_US" << "en_US";
+        QTest::newRow("stored unknown key shows built-in texts") << "de_DE" << "xx_YY" << "xx_YY" << "";
+        QTest::newRow("stored lower-case key is not a key") << "de_DE" << "de_de" << "de_de" << "";
+        QTest::newRow("stored garbage") << "en_US" << "__" << "__" << "";
     }
 
     void startupLanguage()
@@ -109,10 +67,8 @@ private slots:
     {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("expected");
-        QTest::newRow("de_DE") << "de_DE"
-                               << "de";
-        QTest::newRow("three parts") << "sr_Latn_RS"
-                                     << "latn";
+        QTest::newRow("de_DE") << "de_DE" << "de";
+        QTest::newRow("three parts") << "sr_Latn_RS" << "latn";
         QTest::newRow("no underscore") << "C" << QString();
         QTest::newRow("empty") << "" << QString();
     }
@@ -153,7 +109,8 @@ private slots:
 
         TempAppDir app;
         // A quiet program folder: a tiny catalogue and no automatic network checks.
-        QVERIFY(app.writeFile(QStringLiteral("bin/base_ini.xml"), "<data><App><Version>1.0.0</Version></App></data>"));
+        QVERIFY(app.writeFile(QStringLiteral("bin/base_ini.xml"),
+                              "<data><App><Version>1.0.0</Version></App></data>"));
         QVERIFY(app.writeFile(QStringLiteral("bin/prop_ini.xml"),
                               "<data><App><DSAutoUpdate>0</DSAutoUpdate>"
                               "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate></App></data>"));
@@ -175,9 +132,9 @@ private slots:
             QCOMPARE(words.at(1).toInt(), i);
             if (i == 0)
                 pid = words.at(3);
-            QCOMPARE(words.at(3), pid);                           // same process
-            QCOMPARE(words.at(5).toInt(), i + 1);                 // a new window each pass
-            QCOMPARE(words.at(7), QStringLiteral("1"));           // shown
+            QCOMPARE(words.at(3), pid);                 // same process
+            QCOMPARE(words.at(5).toInt(), i + 1);       // a new window each pass
+            QCOMPARE(words.at(7), QStringLiteral("1")); // shown
             QCOMPARE(words.at(9), QStringLiteral("de_DE,en_US")); // translations loaded again
         }
         QVERIFY2(lines.last() == QStringLiteral("loop returned %1").arg(exitCode), qPrintable(out));

@@ -24,60 +24,24 @@ struct ImageSpec
 };
 
 const ImageSpec kImages[] = {
-    {"mini_gr.png", 16, 20},
-    {"mini_blue.png", 16, 20},
-    {"maxi_gr.png", 16, 20},
-    {"maxi_blue.png", 16, 20},
-    {"close_gr.png", 16, 20},
-    {"close_blue.png", 16, 20},
-    {"norm_gr.png", 16, 20},
-    {"norm_blue.png", 16, 20},
-    {"Update.png", 40, 48},
-    {"UpdateMove.png", 40, 48},
-    {"Reset.png", 40, 48},
-    {"ResetMove.png", 40, 48},
-    {"RemoveBackup.png", 40, 48},
-    {"RemoveBackupMove.png", 40, 48},
-    {"Settings.png", 40, 48},
-    {"SettingsMove.png", 40, 48},
-    {"Help.png", 40, 48},
-    {"HelpMove.png", 40, 48},
-    {"All32.png", 32, 32},
-    {"All48.png", 48, 48},
-    {"UpdateList32.png", 32, 32},
-    {"UpdateList48.png", 48, 48},
-    {"XPlane1032.png", 32, 32},
-    {"XPlane1048.png", 48, 48},
-    {"XPlane1132.png", 32, 32},
-    {"XPlane1148.png", 48, 48},
-    {"FSX32.png", 32, 32},
-    {"FSX48.png", 48, 48},
-    {"FS200432.png", 32, 32},
-    {"FS200448.png", 48, 48},
-    {"P3D232.png", 32, 32},
-    {"P3D248.png", 48, 48},
-    {"P3D332.png", 32, 32},
-    {"P3D348.png", 48, 48},
-    {"P3D432.png", 32, 32},
-    {"P3D448.png", 48, 48},
-    {"prod_install_run.png", 48, 64},
-    {"prod_reset_run.png", 48, 64},
-    {"prod_remove_backup_run.png", 48, 64},
-    {"prod_not_install.png", 48, 64},
-    {"prod_install_ok.png", 48, 64},
-    {"prod_install_error.png", 48, 64},
-    {"prod_install_warning.png", 48, 64},
-    {"prod_update.png", 48, 64},
-    {"update_gr.png", 28, 32},
-    {"update_bl.png", 28, 32},
-    {"reset_gr.png", 28, 32},
-    {"reset_bl.png", 28, 32},
-    {"remove_backup_gr.png", 28, 32},
-    {"remove_backup_bl.png", 28, 32},
-    {"links.png", 12, 16},
-    {"rechts.png", 12, 16},
-    {"unten.png", 12, 16},
-    {"oben.png", 12, 16},
+    {"mini_gr.png", 16, 20},          {"mini_blue.png", 16, 20},        {"maxi_gr.png", 16, 20},
+    {"maxi_blue.png", 16, 20},        {"close_gr.png", 16, 20},         {"close_blue.png", 16, 20},
+    {"norm_gr.png", 16, 20},          {"norm_blue.png", 16, 20},        {"Update.png", 40, 48},
+    {"UpdateMove.png", 40, 48},       {"Reset.png", 40, 48},            {"ResetMove.png", 40, 48},
+    {"RemoveBackup.png", 40, 48},     {"RemoveBackupMove.png", 40, 48}, {"Settings.png", 40, 48},
+    {"SettingsMove.png", 40, 48},     {"Help.png", 40, 48},             {"HelpMove.png", 40, 48},
+    {"All32.png", 32, 32},            {"All48.png", 48, 48},            {"UpdateList32.png", 32, 32},
+    {"UpdateList48.png", 48, 48},     {"XPlane1032.png", 32, 32},       {"XPlane1048.png", 48, 48},
+    {"XPlane1132.png", 32, 32},       {"XPlane1148.png", 48, 48},       {"FSX32.png", 32, 32},
+    {"FSX48.png", 48, 48},            {"FS200432.png", 32, 32},         {"FS200448.png", 48, 48},
+    {"P3D232.png", 32, 32},           {"P3D248.png", 48, 48},           {"P3D332.png", 32, 32},
+    {"P3D348.png", 48, 48},           {"P3D432.png", 32, 32},           {"P3D448.png", 48, 48},
+    {"prod_install_run.png", 48, 64}, {"prod_reset_run.png", 48, 64},   {"prod_remove_backup_run.png", 48, 64},
+    {"prod_not_install.png", 48, 64}, {"prod_install_ok.png", 48, 64},  {"prod_install_error.png", 48, 64},
+    {"prod_install_warning.png", 48, 64}, {"prod_update.png", 48, 64},  {"update_gr.png", 28, 32},
+    {"update_bl.png", 28, 32},        {"reset_gr.png", 28, 32},         {"reset_bl.png", 28, 32},
+    {"remove_backup_gr.png", 28, 32}, {"remove_backup_bl.png", 28, 32}, {"links.png", 12, 16},
+    {"rechts.png", 12, 16},           {"unten.png", 12, 16},            {"oben.png", 12, 16},
     {"Quillmark32.png", 32, 32},
 };
 
@@ -205,15 +169,16 @@ private slots:
     void siblingsAreDistinct_data()
     {
         QTest::addColumn<QStringList>("names");
-        QTest::newRow("categories 48") << QStringList{"All48.png",      "UpdateList48.png", "XPlane1048.png",
-                                                      "XPlane1148.png", "FSX48.png",        "FS200448.png",
-                                                      "P3D248.png",     "P3D348.png",       "P3D448.png"};
-        QTest::newRow("categories 32") << QStringList{"All32.png",      "UpdateList32.png", "XPlane1032.png",
-                                                      "XPlane1132.png", "FSX32.png",        "FS200432.png",
-                                                      "P3D232.png",     "P3D332.png",       "P3D432.png"};
-        QTest::newRow("install states") << QStringList{
-            "prod_install_run.png", "prod_reset_run.png",     "prod_remove_backup_run.png", "prod_not_install.png",
-            "prod_install_ok.png",  "prod_install_error.png", "prod_install_warning.png",   "prod_update.png"};
+        QTest::newRow("categories 48") << QStringList{"All48.png",   "UpdateList48.png", "XPlane1048.png",
+                                                      "XPlane1148.png", "FSX48.png",     "FS200448.png",
+                                                      "P3D248.png",  "P3D348.png",       "P3D448.png"};
+        QTest::newRow("categories 32") << QStringList{"All32.png",   "UpdateList32.png", "XPlane1032.png",
+                                                      "XPlane1132.png", "FSX32.png",     "FS200432.png",
+                                                      "P3D232.png",  "P3D332.png",       "P3D432.png"};
+        QTest::newRow("install states")
+            << QStringList{"prod_install_run.png", "prod_reset_run.png",     "prod_remove_backup_run.png",
+                           "prod_not_install.png", "prod_install_ok.png",    "prod_install_error.png",
+                           "prod_install_warning.png", "prod_update.png"};
         QTest::newRow("actions") << QStringList{"Update.png", "Reset.png", "RemoveBackup.png", "Settings.png",
                                                 "Help.png"};
         QTest::newRow("window buttons") << QStringList{"mini_gr.png", "maxi_gr.png", "close_gr.png", "norm_gr.png"};
@@ -228,9 +193,9 @@ private slots:
                 const QImage a = load(names.at(i)), b = load(names.at(j));
                 QCOMPARE(a.size(), b.size());
                 const double diff = meanDifference(a, b);
-                QVERIFY2(
-                    diff > 8,
-                    qPrintable(QStringLiteral("%1 and %2 differ by only %3").arg(names.at(i), names.at(j)).arg(diff)));
+                QVERIFY2(diff > 8, qPrintable(QStringLiteral("%1 and %2 differ by only %3")
+                                                  .arg(names.at(i), names.at(j))
+                                                  .arg(diff)));
             }
         }
     }

@@ -12,15 +12,15 @@
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
 
-#include <QCheckBox>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QScopedPointer>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
+#include <QCheckBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTranslator>
 
@@ -56,7 +56,10 @@ class TestMainWindow : public QObject
         QApplication::sendEvent(target, &event);
     }
 
-    static QString caption(QWidget* button) { return static_cast<CvlActionBtn*>(button)->GetCaption(); }
+    static QString caption(QWidget* button)
+    {
+        return static_cast<CvlActionBtn*>(button)->GetCaption();
+    }
 
 private slots:
     void initTestCase()
@@ -155,16 +158,11 @@ private slots:
     {
         QTest::addColumn<QString>("click");
         QTest::addColumn<QString>("selected"); // the one marked afterwards
-        QTest::newRow("x-plane 11") << "X-Plane 11"
-                                    << "X-Plane 11";
-        QTest::newRow("selected list") << "Selected"
-                                       << "Selected";
-        QTest::newRow("x-plane 10") << "X-Plane 10"
-                                    << "X-Plane 10";
-        QTest::newRow("disabled fsx keeps all") << "FSX"
-                                                << "All";
-        QTest::newRow("disabled prepar3d keeps all") << "Prepar3D v4"
-                                                     << "All";
+        QTest::newRow("x-plane 11") << "X-Plane 11" << "X-Plane 11";
+        QTest::newRow("selected list") << "Selected" << "Selected";
+        QTest::newRow("x-plane 10") << "X-Plane 10" << "X-Plane 10";
+        QTest::newRow("disabled fsx keeps all") << "FSX" << "All";
+        QTest::newRow("disabled prepar3d keeps all") << "Prepar3D v4" << "All";
     }
 
     void categoryButtonsMarkOne()
@@ -251,17 +249,8 @@ private slots:
         QTest::addColumn<QString>("status");
         QTest::addColumn<QString>("categoryAll");
 
-        QTest::newRow("english") << "en_US"
-                                 << "Dataset-Filter"
-                                 << "All"
-                                 << "Settings"
-                                 << "Ready"
-                                 << "All";
-        QTest::newRow("german") << "de_DE"
-                                << "Datenfilter"
-                                << "Alle"
-                                << "Extras"
-                                << "Bereit"
+        QTest::newRow("english") << "en_US" << "Dataset-Filter" << "All" << "Settings" << "Ready" << "All";
+        QTest::newRow("german") << "de_DE" << "Datenfilter" << "Alle" << "Extras" << "Bereit"
                                 << "Alle";
     }
 

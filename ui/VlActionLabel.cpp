@@ -3,9 +3,6 @@
 #include "ui/VlColors.h"
 #include "ui/VlFonts.h"
 
-#include <QApplication>
-#include <QFont>
-
 VlActionLabel::VlActionLabel(QWidget* parent) : QLabel(parent)
 {
     Style();

@@ -3,7 +3,6 @@
 #include "ui/VlColors.h"
 #include "ui/VlFonts.h"
 
-#include <QApplication>
 #include <QFont>
 
 VlAppTitleLabel::VlAppTitleLabel(QWidget* parent) : QLabel(parent)

@@ -3,7 +3,6 @@
 #include "ui/VlColors.h"
 #include "ui/VlFonts.h"
 
-#include <QApplication>
 #include <QFont>
 
 VlCategoryTitleLabel::VlCategoryTitleLabel(QWidget* parent) : QLabel(parent)

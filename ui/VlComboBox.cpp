@@ -2,9 +2,6 @@
 
 #include "ui/VlFonts.h"
 
-#include <QApplication>
-#include <QFont>
-
 VlComboBox::VlComboBox(QWidget* parent) : QComboBox(parent)
 {
     setFont(VlFonts::Relative(0));

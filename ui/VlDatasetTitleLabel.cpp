@@ -3,7 +3,6 @@
 #include "ui/VlColors.h"
 #include "ui/VlFonts.h"
 
-#include <QApplication>
 #include <QFont>
 
 VlDatasetTitleLabel::VlDatasetTitleLabel(QWidget* parent) : QLabel(parent)

@@ -3,9 +3,6 @@
 #include "ui/VlColors.h"
 #include "ui/VlFonts.h"
 
-#include <QApplication>
-#include <QFont>
-
 VlDefaultLabel::VlDefaultLabel(QWidget* parent) : QLabel(parent)
 {
     Style();

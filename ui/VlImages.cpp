@@ -4,8 +4,7 @@
 
 namespace {
 // GUI thread only, like every pixmap.
-template <class Picture>
-Picture cached(const QString& path)
+template <class Picture> Picture cached(const QString& path)
 {
     static QHash<QString, Picture> st_pictures;
     auto found = st_pictures.constFind(path);

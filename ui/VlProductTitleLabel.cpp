@@ -3,7 +3,6 @@
 #include "ui/VlColors.h"
 #include "ui/VlFonts.h"
 
-#include <QApplication>
 #include <QFont>
 
 VlProductTitleLabel::VlProductTitleLabel(QWidget* parent) : QLabel(parent)
