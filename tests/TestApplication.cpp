@@ -14,6 +14,7 @@ class TestApplication : public QObject
 private slots:
     void initTestCase() { Application::registerResources(); }
 
+    // clang-format off
     void startupLanguage_data()
     {
         QTest::addColumn<QString>("systemLocale");
@@ -38,6 +39,7 @@ private slots:
         QTest::newRow("stored lower-case key is not a key") << "de_DE" << "de_de" << "de_de" << "";
         QTest::newRow("stored garbage") << "en_US" << "__" << "__" << "";
     }
+    // clang-format on
 
     void startupLanguage()
     {
@@ -63,6 +65,7 @@ private slots:
         QCOMPARE(languages, QStringList({QStringLiteral("de_DE"), QStringLiteral("en_US")}));
     }
 
+    // clang-format off
     void twoLetterLanguage_data()
     {
         QTest::addColumn<QString>("key");
@@ -72,6 +75,7 @@ private slots:
         QTest::newRow("no underscore") << "C" << QString();
         QTest::newRow("empty") << "" << QString();
     }
+    // clang-format on
 
     void twoLetterLanguage()
     {
@@ -109,8 +113,7 @@ private slots:
 
         TempAppDir app;
         // A quiet program folder: a tiny catalogue and no automatic network checks.
-        QVERIFY(app.writeFile(QStringLiteral("bin/base_ini.xml"),
-                              "<data><App><Version>1.0.0</Version></App></data>"));
+        QVERIFY(app.writeFile(QStringLiteral("bin/base_ini.xml"), "<data><App><Version>1.0.0</Version></App></data>"));
         QVERIFY(app.writeFile(QStringLiteral("bin/prop_ini.xml"),
                               "<data><App><DSAutoUpdate>0</DSAutoUpdate>"
                               "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate></App></data>"));
@@ -132,9 +135,9 @@ private slots:
             QCOMPARE(words.at(1).toInt(), i);
             if (i == 0)
                 pid = words.at(3);
-            QCOMPARE(words.at(3), pid);                 // same process
-            QCOMPARE(words.at(5).toInt(), i + 1);       // a new window each pass
-            QCOMPARE(words.at(7), QStringLiteral("1")); // shown
+            QCOMPARE(words.at(3), pid);                           // same process
+            QCOMPARE(words.at(5).toInt(), i + 1);                 // a new window each pass
+            QCOMPARE(words.at(7), QStringLiteral("1"));           // shown
             QCOMPARE(words.at(9), QStringLiteral("de_DE,en_US")); // translations loaded again
         }
         QVERIFY2(lines.last() == QStringLiteral("loop returned %1").arg(exitCode), qPrintable(out));

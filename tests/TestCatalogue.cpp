@@ -198,6 +198,7 @@ void TestCatalogue::installGroups()
     }
 }
 
+// clang-format off
 void TestCatalogue::badInput_data()
 {
     QTest::addColumn<QByteArray>("content"); // null: no file
@@ -215,35 +216,25 @@ void TestCatalogue::badInput_data()
                        QByteArray("<unknown attribute=\"value\">text nobody reads</unknown>\n").repeated(600000) +
                        product("Last") + "</products></data>";
 
-    QTest::newRow("missing") << QByteArray() << "Error! Init base|Couldn't open bin/base_ini.xml"
-                             << "";
-    QTest::newRow("empty") << QByteArray("") << "parseXML"
-                           << "";
-    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML"
-                               << "Kept";
-    QTest::newRow("not well formed") << "<data><products>" + product("Kept") + "</category></products></data>"
-                                     << "parseXML"
-                                     << "Kept";
-    QTest::newRow("not UTF-8") << "<data><products>" + product("Caf\xe9") + "</products></data>"
-                               << "parseXML"
-                               << "";
-    QTest::newRow("binary") << binary << "parseXML"
-                            << "";
-    QTest::newRow("two documents") << good + good << "parseXML"
-                                   << "Kept";
-    QTest::newRow("deeply nested") << nested << ""
-                                   << "Deep,Inner";
-    QTest::newRow("very large") << large << ""
-                                << "First,Last";
+    QTest::newRow("missing") << QByteArray() << "Error! Init base|Couldn't open bin/base_ini.xml" << "";
+    QTest::newRow("empty") << QByteArray("") << "parseXML" << "";
+    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML" << "Kept";
+    QTest::newRow("not well formed")
+        << "<data><products>" + product("Kept") + "</category></products></data>" << "parseXML" << "Kept";
+    QTest::newRow("not UTF-8") << "<data><products>" + product("Caf\xe9") + "</products></data>" << "parseXML" << "";
+    QTest::newRow("binary") << binary << "parseXML" << "";
+    QTest::newRow("two documents") << good + good << "parseXML" << "Kept";
+    QTest::newRow("deeply nested") << nested << "" << "Deep,Inner";
+    QTest::newRow("very large") << large << "" << "First,Last";
     QTest::newRow("repeated sections add up")
-        << catalogue(product("B"), "<products>" + product("A") + "</products>") << ""
-        << "A,B";
-    QTest::newRow("everything filtered away") << catalogue("<name>A</name><category>FSX</category><name>B</name>") << ""
-                                              << "";
+        << catalogue(product("B"), "<products>" + product("A") + "</products>") << "" << "A,B";
+    QTest::newRow("everything filtered away")
+        << catalogue("<name>A</name><category>FSX</category><name>B</name>") << "" << "";
     QTest::newRow("without dataset or path")
         << catalogue(product("NoDataset", "<product_path>$SimPath</product_path>") + product("NoPath")) << ""
         << "NoDataset,NoPath";
 }
+// clang-format on
 
 void TestCatalogue::badInput()
 {

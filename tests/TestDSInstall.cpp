@@ -169,6 +169,7 @@ private slots:
         return files > 0 && out.count(QRegularExpression("skipping: [^\n]*incorrect password")) == files;
     }
 
+    // clang-format off
     void failures_data()
     {
         QTest::addColumn<QString>("fault");
@@ -181,41 +182,36 @@ private slots:
 
         const QString failed = "Error: Install failed Prod A\r\n";
         const QString success = " + Install success Prod A\r\n";
-        QTest::newRow("corrupt archive") << "corrupt"
-                                         << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true
-                                         << QStringList();
+        QTest::newRow("corrupt archive")
+            << "corrupt" << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true << QStringList();
         QTest::newRow("truncated archive")
-            << "truncated"
-            << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true << QStringList();
-        QTest::newRow("wrong password") << "password"
-                                        << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true
-                                        << QStringList();
-        QTest::newRow("archive missing") << "missing"
-                                         << "Prod A" << 6 << "Error: File DS1.zip not found\r\n" + failed
-                                         << "!! Error: file " << true << QStringList();
-        QTest::newRow("unzip crashes") << "crash"
-                                       << "Prod A" << 6 << failed << "!!Error UPDATE-RESULT == UNZIP FAILED Prod A"
-                                       << false << QStringList();
+            << "truncated" << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true << QStringList();
+        QTest::newRow("wrong password")
+            << "password" << "Prod A" << 6 << failed << "!!WARNING unzip ended with code" << true << QStringList();
+        QTest::newRow("archive missing")
+            << "missing" << "Prod A" << 6 << "Error: File DS1.zip not found\r\n" + failed << "!! Error: file " << true
+            << QStringList();
+        QTest::newRow("unzip crashes")
+            << "crash" << "Prod A" << 6 << failed << "!!Error UPDATE-RESULT == UNZIP FAILED Prod A" << false
+            << QStringList();
         QTest::newRow("unzip not on the search path")
-            << "nounzip"
-            << "Prod A" << 6 << failed << "!!ERROR unzip not found on the search path" << true << QStringList();
-        QTest::newRow("target folder missing") << "nofolder"
-                                               << "Prod A" << 6 << "Error: Path not found Prod A\r\n" + failed
-                                               << "---UnzippDataset" << true << QStringList();
+            << "nounzip" << "Prod A" << 6 << failed << "!!ERROR unzip not found on the search path" << true
+            << QStringList();
+        QTest::newRow("target folder missing")
+            << "nofolder" << "Prod A" << 6 << "Error: Path not found Prod A\r\n" + failed << "---UnzippDataset" << true
+            << QStringList();
         QTest::newRow("read-only target files")
-            << "rofiles"
-            << "Prod A" << 5 << success << "FileCopyThreadFinishedSlot" << true << QStringList();
-        QTest::newRow("read-only target folder") << "rofolder"
-                                                 << "Prod A" << -1 << "*"
-                                                 << "FileCopyThreadFinishedSlot" << true << QStringList();
+            << "rofiles" << "Prod A" << 5 << success << "FileCopyThreadFinishedSlot" << true << QStringList();
+        QTest::newRow("read-only target folder")
+            << "rofolder" << "Prod A" << -1 << "*" << "FileCopyThreadFinishedSlot" << true << QStringList();
         QTest::newRow("remove-file entry outside the product")
-            << "outside"
-            << "Prod A" << 5 << success << "!!ERROR remove-file entry outside the product" << true
+            << "outside" << "Prod A" << 5 << success << "!!ERROR remove-file entry outside the product" << true
             << QStringList{"Prod A/NavData/obsolete.dat"};
         QTest::newRow("blanks, quotes and non-ASCII in the folder")
             << "" << QString::fromUtf8("Prod \"A\" 'Ü' \xe6\x97\xa5 x") << 5 << success << "FileCopyThreadFinishedSlot"
             << true << QStringList();
     }
+    // clang-format on
 
     void failures()
     {

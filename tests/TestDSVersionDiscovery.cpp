@@ -16,6 +16,7 @@ class TestDSVersionDiscovery : public QObject
     Q_OBJECT
 
 private slots:
+    // clang-format off
     void parsesAndCompares_data()
     {
         QTest::addColumn<QByteArray>("server"); // "<404>": the server has no list
@@ -25,63 +26,40 @@ private slots:
         QTest::addColumn<QString>("emitted"); // digits sent with SignalChangeNewVersion, empty for none
         QTest::addColumn<bool>("newer");
 
-        QTest::newRow("plain cycle, no local copy") << QByteArray("1801\n") << QByteArray("<none>") << "1801"
-                                                    << "1"
-                                                    << "1801" << true;
+        QTest::newRow("plain cycle, no local copy")
+            << QByteArray("1801\n") << QByteArray("<none>") << "1801" << "1" << "1801" << true;
         QTest::newRow("words around the number")
-            << QByteArray("AIRAC 2101 final") << QByteArray("<none>") << "AIRAC 2101 final"
-            << "1"
-            << "2101" << true;
+            << QByteArray("AIRAC 2101 final") << QByteArray("<none>") << "AIRAC 2101 final" << "1" << "2101" << true;
         QTest::newRow("trailing empty lines")
-            << QByteArray("Revision: 2\n1801\n\n  \n\n") << QByteArray("<none>") << "1801"
-            << "2"
-            << "1801" << true;
-        QTest::newRow("CR LF lines") << QByteArray("Revision : 3\r\n1801\r\n") << QByteArray("Revision: 3\r\n1801\r\n")
-                                     << "1801"
-                                     << "3"
-                                     << "1801" << false;
+            << QByteArray("Revision: 2\n1801\n\n  \n\n") << QByteArray("<none>") << "1801" << "2" << "1801" << true;
+        QTest::newRow("CR LF lines")
+            << QByteArray("Revision : 3\r\n1801\r\n") << QByteArray("Revision: 3\r\n1801\r\n") << "1801" << "3"
+            << "1801" << false;
         QTest::newRow("no revision equals local revision 1")
-            << QByteArray("1801") << QByteArray("Revision: 1\n1801") << "1801"
-            << "1"
-            << "1801" << false;
+            << QByteArray("1801") << QByteArray("Revision: 1\n1801") << "1801" << "1" << "1801" << false;
         QTest::newRow("same digits, other words")
-            << QByteArray("AIRAC 1801") << QByteArray("Cycle 1801\n") << "AIRAC 1801"
-            << "1"
-            << "1801" << false;
-        QTest::newRow("lower cycle counts as new") << QByteArray("1712") << QByteArray("1801") << "1712"
-                                                   << "1"
-                                                   << "1712" << true;
+            << QByteArray("AIRAC 1801") << QByteArray("Cycle 1801\n") << "AIRAC 1801" << "1" << "1801" << false;
+        QTest::newRow("lower cycle counts as new")
+            << QByteArray("1712") << QByteArray("1801") << "1712" << "1" << "1712" << true;
         QTest::newRow("revision differs")
-            << QByteArray("Revision: 3\n1801") << QByteArray("Revision: 2\n1801") << "1801"
-            << "3"
-            << "1801" << true;
+            << QByteArray("Revision: 3\n1801") << QByteArray("Revision: 2\n1801") << "1801" << "3" << "1801" << true;
         QTest::newRow("repeated revision, first wins")
             << QByteArray("Revision: 2\nRevision: 5\n1801") << QByteArray("Revision: 2\nRevision: 7\n1801") << "1801"
-            << "2"
-            << "1801" << false;
+            << "2" << "1801" << false;
         QTest::newRow("text after second colon dropped")
-            << QByteArray("Revision: 4:old\n1801") << QByteArray("<none>") << "1801"
-            << "4"
-            << "1801" << true;
-        QTest::newRow("empty file") << QByteArray("") << QByteArray("<none>") << ""
-                                    << "1"
-                                    << "" << false;
-        QTest::newRow("only blank lines") << QByteArray("\n \n\t\n") << QByteArray("1801") << ""
-                                          << "1"
-                                          << "" << true;
-        QTest::newRow("binary, cut at NUL") << QByteArray("\x01\x02 1901\n\xff\xfe 1802\0\n2001\n", 20)
-                                            << QByteArray("<none>") << QString::fromLatin1("\xff\xfe 1802") << "1"
-                                            << "1802" << true;
-        QTest::newRow("no digits") << QByteArray("NEXT CYCLE\n") << QByteArray("1801") << "NEXT CYCLE"
-                                   << "1"
-                                   << "" << true;
-        QTest::newRow("local copy unreadable") << QByteArray("1801") << QByteArray("<dir>") << "1801"
-                                               << "1"
-                                               << "1801" << true;
-        QTest::newRow("server has no list") << QByteArray("<404>") << QByteArray("1801") << ""
-                                            << ""
-                                            << "" << true;
+            << QByteArray("Revision: 4:old\n1801") << QByteArray("<none>") << "1801" << "4" << "1801" << true;
+        QTest::newRow("empty file") << QByteArray("") << QByteArray("<none>") << "" << "1" << "" << false;
+        QTest::newRow("only blank lines") << QByteArray("\n \n\t\n") << QByteArray("1801") << "" << "1" << "" << true;
+        QTest::newRow("binary, cut at NUL")
+            << QByteArray("\x01\x02 1901\n\xff\xfe 1802\0\n2001\n", 20) << QByteArray("<none>")
+            << QString::fromLatin1("\xff\xfe 1802") << "1" << "1802" << true;
+        QTest::newRow("no digits")
+            << QByteArray("NEXT CYCLE\n") << QByteArray("1801") << "NEXT CYCLE" << "1" << "" << true;
+        QTest::newRow("local copy unreadable")
+            << QByteArray("1801") << QByteArray("<dir>") << "1801" << "1" << "1801" << true;
+        QTest::newRow("server has no list") << QByteArray("<404>") << QByteArray("1801") << "" << "" << "" << true;
     }
+    // clang-format on
 
     void parsesAndCompares()
     {

@@ -281,19 +281,17 @@ private slots:
         QVERIFY(!QFile::exists(app.filePath(QStringLiteral("chunks.bin"))));
     }
 
+    // clang-format off
     void targetProblems_data()
     {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QString>("folder"); // below the temporary program folder
         QTest::addColumn<QString>("savedAs");
         QTest::addColumn<bool>("sent");
-        QTest::newRow("path ending in a slash") << "/quillmark/"
-                                                << "downloads"
-                                                << "download" << true;
-        QTest::newRow("missing download folder") << "/quillmark/a.zip"
-                                                 << "no/such/folder"
-                                                 << "a.zip" << false;
+        QTest::newRow("path ending in a slash") << "/quillmark/" << "downloads" << "download" << true;
+        QTest::newRow("missing download folder") << "/quillmark/a.zip" << "no/such/folder" << "a.zip" << false;
     }
+    // clang-format on
 
     void targetProblems()
     {

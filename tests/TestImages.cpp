@@ -23,6 +23,7 @@ struct ImageSpec
     int maxSide;
 };
 
+// clang-format off
 const ImageSpec kImages[] = {
     {"mini_gr.png", 16, 20},          {"mini_blue.png", 16, 20},        {"maxi_gr.png", 16, 20},
     {"maxi_blue.png", 16, 20},        {"close_gr.png", 16, 20},         {"close_blue.png", 16, 20},
@@ -44,6 +45,7 @@ const ImageSpec kImages[] = {
     {"rechts.png", 12, 16},           {"unten.png", 12, 16},            {"oben.png", 12, 16},
     {"Quillmark32.png", 32, 32},
 };
+// clang-format on
 
 QImage load(const QString& name)
 {
@@ -169,16 +171,15 @@ private slots:
     void siblingsAreDistinct_data()
     {
         QTest::addColumn<QStringList>("names");
-        QTest::newRow("categories 48") << QStringList{"All48.png",   "UpdateList48.png", "XPlane1048.png",
-                                                      "XPlane1148.png", "FSX48.png",     "FS200448.png",
-                                                      "P3D248.png",  "P3D348.png",       "P3D448.png"};
-        QTest::newRow("categories 32") << QStringList{"All32.png",   "UpdateList32.png", "XPlane1032.png",
-                                                      "XPlane1132.png", "FSX32.png",     "FS200432.png",
-                                                      "P3D232.png",  "P3D332.png",       "P3D432.png"};
-        QTest::newRow("install states")
-            << QStringList{"prod_install_run.png", "prod_reset_run.png",     "prod_remove_backup_run.png",
-                           "prod_not_install.png", "prod_install_ok.png",    "prod_install_error.png",
-                           "prod_install_warning.png", "prod_update.png"};
+        QTest::newRow("categories 48") << QStringList{"All48.png",      "UpdateList48.png", "XPlane1048.png",
+                                                      "XPlane1148.png", "FSX48.png",        "FS200448.png",
+                                                      "P3D248.png",     "P3D348.png",       "P3D448.png"};
+        QTest::newRow("categories 32") << QStringList{"All32.png",      "UpdateList32.png", "XPlane1032.png",
+                                                      "XPlane1132.png", "FSX32.png",        "FS200432.png",
+                                                      "P3D232.png",     "P3D332.png",       "P3D432.png"};
+        QTest::newRow("install states") << QStringList{
+            "prod_install_run.png", "prod_reset_run.png",     "prod_remove_backup_run.png", "prod_not_install.png",
+            "prod_install_ok.png",  "prod_install_error.png", "prod_install_warning.png",   "prod_update.png"};
         QTest::newRow("actions") << QStringList{"Update.png", "Reset.png", "RemoveBackup.png", "Settings.png",
                                                 "Help.png"};
         QTest::newRow("window buttons") << QStringList{"mini_gr.png", "maxi_gr.png", "close_gr.png", "norm_gr.png"};
@@ -193,9 +194,9 @@ private slots:
                 const QImage a = load(names.at(i)), b = load(names.at(j));
                 QCOMPARE(a.size(), b.size());
                 const double diff = meanDifference(a, b);
-                QVERIFY2(diff > 8, qPrintable(QStringLiteral("%1 and %2 differ by only %3")
-                                                  .arg(names.at(i), names.at(j))
-                                                  .arg(diff)));
+                QVERIFY2(
+                    diff > 8,
+                    qPrintable(QStringLiteral("%1 and %2 differ by only %3").arg(names.at(i), names.at(j)).arg(diff)));
             }
         }
     }

@@ -12,15 +12,15 @@
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
 
+#include <QCheckBox>
 #include <QGuiApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPushButton>
 #include <QScopedPointer>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSignalSpy>
-#include <QCheckBox>
-#include <QPushButton>
 #include <QTest>
 #include <QTranslator>
 
@@ -56,10 +56,7 @@ class TestMainWindow : public QObject
         QApplication::sendEvent(target, &event);
     }
 
-    static QString caption(QWidget* button)
-    {
-        return static_cast<CvlActionBtn*>(button)->GetCaption();
-    }
+    static QString caption(QWidget* button) { return static_cast<CvlActionBtn*>(button)->GetCaption(); }
 
 private slots:
     void initTestCase()
@@ -154,6 +151,7 @@ private slots:
         QTRY_VERIFY(!m_window->isVisible());
     }
 
+    // clang-format off
     void categoryButtonsMarkOne_data()
     {
         QTest::addColumn<QString>("click");
@@ -164,6 +162,7 @@ private slots:
         QTest::newRow("disabled fsx keeps all") << "FSX" << "All";
         QTest::newRow("disabled prepar3d keeps all") << "Prepar3D v4" << "All";
     }
+    // clang-format on
 
     void categoryButtonsMarkOne()
     {
@@ -240,6 +239,7 @@ private slots:
                 m_window->height());
     }
 
+    // clang-format off
     void languageSwitchRetranslates_data()
     {
         QTest::addColumn<QString>("language");
@@ -253,6 +253,7 @@ private slots:
         QTest::newRow("german") << "de_DE" << "Datenfilter" << "Alle" << "Extras" << "Bereit"
                                 << "Alle";
     }
+    // clang-format on
 
     void languageSwitchRetranslates()
     {

@@ -29,7 +29,7 @@ private:
 private slots:
     void writesEntries_data()
     {
-        QTest::addColumn<QByteArray>("before");   // file content before, or "<none>"
+        QTest::addColumn<QByteArray>("before"); // file content before, or "<none>"
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("bNew");
         QTest::addColumn<QByteArray>("expectedBefore"); // what stays of the old content
@@ -42,18 +42,16 @@ private slots:
                                             << QByteArray("\r\n10:00:00  --  old") << QByteArray("next");
         QTest::newRow("bNew discards") << QByteArray("\r\n10:00:00  --  old") << "Init" << true << QByteArray()
                                        << QByteArray("Init");
-        QTest::newRow("u umlaut is one latin-1 byte")
-            << QByteArray("<none>") << QString::fromUtf8("Gr\xc3\xbc\xc3\x9f") << true << QByteArray()
-            << QByteArray("Gr\xfc\xdf");
+        QTest::newRow("u umlaut is one latin-1 byte") << QByteArray("<none>") << QString::fromUtf8("Gr\xc3\xbc\xc3\x9f")
+                                                      << true << QByteArray() << QByteArray("Gr\xfc\xdf");
         QTest::newRow("euro sign becomes ?")
-            << QByteArray("<none>") << QString::fromUtf8("5 \xe2\x82\xac") << true << QByteArray()
-            << QByteArray("5 ?");
+            << QByteArray("<none>") << QString::fromUtf8("5 \xe2\x82\xac") << true << QByteArray() << QByteArray("5 ?");
         // An earlier Latin-1 byte is invalid UTF-8 on the next read and is written back as "?".
         QTest::newRow("earlier latin-1 byte turns into ?")
             << QByteArray("\r\n10:00:00  --  M\xfcnchen") << "x" << false << QByteArray("\r\n10:00:00  --  M?nchen")
             << QByteArray("x");
-        QTest::newRow("line breaks in text") << QByteArray("<none>") << "a\nb" << true << QByteArray()
-                                             << QByteArray("a\nb");
+        QTest::newRow("line breaks in text")
+            << QByteArray("<none>") << "a\nb" << true << QByteArray() << QByteArray("a\nb");
     }
 
     void writesEntries()

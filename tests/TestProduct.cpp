@@ -85,52 +85,25 @@ private slots:
     void backupCycleFile();
 };
 
+// clang-format off
 void TestProduct::translateNewProdPath_data()
 {
     resolverColumns();
     const QString bad = QStringLiteral("<X-Plane 11 - Path>");
-    QTest::newRow("sim folder, mixed separators") << "$SimPath\\\\SimObjects//Airplanes\\"
-                                                  << "@SIM@"
-                                                  << ""
-                                                  << "@SIM@/SimObjects/Airplanes/";
-    QTest::newRow("quotes and non-ASCII") << "$SimPath/Custom Data"
-                                          << "@UNI@"
-                                          << ""
-                                          << "@UNI@/Custom Data";
-    QTest::newRow("missing folder") << "$SimPath/SimObjects"
-                                    << "@MISSING@"
-                                    << "" << bad + "/SimObjects";
-    QTest::newRow("no simulator in folder") << "$SimPath/A"
-                                            << "@NOSIM@"
-                                            << "" << bad + "/A";
-    QTest::newRow("empty folder") << "$SimPath/A"
-                                  << ""
-                                  << "" << bad + "/A";
-    QTest::newRow("other category") << "$SimPath/A"
-                                    << "FSX:@SIM@"
-                                    << ""
-                                    << "<FSX - Path>/A";
-    QTest::newRow("no category") << "$SimPath\\A"
-                                 << "none"
-                                 << ""
-                                 << "$SimPath/A";
-    QTest::newRow("user documents") << "$UserDocuments/Foo/Bar"
-                                    << "@SIM@"
-                                    << ""
-                                    << "/Foo/Bar";
-    QTest::newRow("product path as written") << "$ProductPath/x"
-                                             << "@SIM@"
-                                             << "/p"
-                                             << "$ProductPath/x";
-    QTest::newRow("case-sensitive, whole word") << "$simpath/$SimPathX"
-                                                << "@SIM@"
-                                                << ""
-                                                << "$simpath/$SimPathX";
-    QTest::newRow("first component only") << "$SimPath/$SimPath"
-                                          << "@SIM@"
-                                          << ""
-                                          << "@SIM@/$SimPath";
+    QTest::newRow("sim folder, mixed separators")
+        << "$SimPath\\\\SimObjects//Airplanes\\" << "@SIM@" << "" << "@SIM@/SimObjects/Airplanes/";
+    QTest::newRow("quotes and non-ASCII") << "$SimPath/Custom Data" << "@UNI@" << "" << "@UNI@/Custom Data";
+    QTest::newRow("missing folder") << "$SimPath/SimObjects" << "@MISSING@" << "" << bad + "/SimObjects";
+    QTest::newRow("no simulator in folder") << "$SimPath/A" << "@NOSIM@" << "" << bad + "/A";
+    QTest::newRow("empty folder") << "$SimPath/A" << "" << "" << bad + "/A";
+    QTest::newRow("other category") << "$SimPath/A" << "FSX:@SIM@" << "" << "<FSX - Path>/A";
+    QTest::newRow("no category") << "$SimPath\\A" << "none" << "" << "$SimPath/A";
+    QTest::newRow("user documents") << "$UserDocuments/Foo/Bar" << "@SIM@" << "" << "/Foo/Bar";
+    QTest::newRow("product path as written") << "$ProductPath/x" << "@SIM@" << "/p" << "$ProductPath/x";
+    QTest::newRow("case-sensitive, whole word") << "$simpath/$SimPathX" << "@SIM@" << "" << "$simpath/$SimPathX";
+    QTest::newRow("first component only") << "$SimPath/$SimPath" << "@SIM@" << "" << "@SIM@/$SimPath";
 }
+// clang-format on
 
 void TestProduct::translateNewProdPath()
 {
@@ -146,60 +119,27 @@ void TestProduct::translateNewProdPath()
     QCOMPARE(product.TranslateNewProdPath(), sims.expand(expected));
 }
 
+// clang-format off
 void TestProduct::initNewProdPath_data()
 {
     resolverColumns();
     QTest::addColumn<QString>("registryKey");
     QTest::addColumn<QString>("productPath");
-    QTest::newRow("sim folder") << "$SimPath\\Aircraft\\A"
-                                << "@SIM@"
-                                << "old"
-                                << "@SIM@/Aircraft/A"
-                                << ""
-                                << "$SimPath/Aircraft/A";
-    QTest::newRow("no category keeps the template") << "$SimPath/A"
-                                                    << "none"
-                                                    << "old"
-                                                    << "$SimPath/A"
-                                                    << ""
-                                                    << "$SimPath/A";
-    QTest::newRow("no simulator assigns nothing") << "$SimPath/A"
-                                                  << "@NOSIM@"
-                                                  << "old"
-                                                  << "old"
-                                                  << ""
-                                                  << "$SimPath/A";
-    QTest::newRow("user documents under the root") << "$UserDocuments/Foo"
-                                                   << "@SIM@"
-                                                   << "old"
-                                                   << "/Foo"
-                                                   << ""
-                                                   << "$UserDocuments/Foo";
-    QTest::newRow("two characters") << "ab"
-                                    << "@SIM@"
-                                    << "old"
-                                    << "old"
-                                    << ""
-                                    << "ab";
-    QTest::newRow("plain folder") << "/Users/a b\\Addon"
-                                  << "@SIM@"
-                                  << "old"
-                                  << "/Users/a b/Addon"
-                                  << ""
-                                  << "/Users/a b/Addon";
-    QTest::newRow("registry without store") << "$RegistryKey/Dir"
-                                            << "@SIM@"
-                                            << "old"
-                                            << ""
-                                            << "HKLM/Soft/Vendor"
-                                            << "";
-    QTest::newRow("registry key too short") << "$RegistryKey/Dir"
-                                            << "@SIM@"
-                                            << "old"
-                                            << "old"
-                                            << "HKLM"
-                                            << "$RegistryKey/Dir";
+    QTest::newRow("sim folder")
+        << "$SimPath\\Aircraft\\A" << "@SIM@" << "old" << "@SIM@/Aircraft/A" << "" << "$SimPath/Aircraft/A";
+    QTest::newRow("no category keeps the template")
+        << "$SimPath/A" << "none" << "old" << "$SimPath/A" << "" << "$SimPath/A";
+    QTest::newRow("no simulator assigns nothing") << "$SimPath/A" << "@NOSIM@" << "old" << "old" << "" << "$SimPath/A";
+    QTest::newRow("user documents under the root")
+        << "$UserDocuments/Foo" << "@SIM@" << "old" << "/Foo" << "" << "$UserDocuments/Foo";
+    QTest::newRow("two characters") << "ab" << "@SIM@" << "old" << "old" << "" << "ab";
+    QTest::newRow("plain folder")
+        << "/Users/a b\\Addon" << "@SIM@" << "old" << "/Users/a b/Addon" << "" << "/Users/a b/Addon";
+    QTest::newRow("registry without store") << "$RegistryKey/Dir" << "@SIM@" << "old" << "" << "HKLM/Soft/Vendor" << "";
+    QTest::newRow("registry key too short")
+        << "$RegistryKey/Dir" << "@SIM@" << "old" << "old" << "HKLM" << "$RegistryKey/Dir";
 }
+// clang-format on
 
 void TestProduct::initNewProdPath()
 {
@@ -222,6 +162,7 @@ void TestProduct::initNewProdPath()
                 sims.log().contains("  --  Soft/Vendor/\r\n") && sims.log().endsWith("  --  Dir"));
 }
 
+// clang-format off
 void TestProduct::initNewInstallPaths_data()
 {
     QTest::addColumn<QStringList>("entries");
@@ -230,39 +171,23 @@ void TestProduct::initNewInstallPaths_data()
     QTest::addColumn<QString>("resolved"); // '|' between entries
     QTest::addColumn<QString>("logLine");
 
-    QTest::newRow("sim folder") << QStringList{"$SimPath\\Custom Data:\\xp11"} << "@SIM@"
-                                << ""
-                                << "@SIM@/Custom Data"
-                                << "";
-    QTest::newRow("no simulator check") << QStringList{" $SimPath /a\\\\b//c\\"} << "@NOSIM@"
-                                        << ""
-                                        << "@NOSIM@/a/b/c/"
-                                        << "";
-    QTest::newRow("missing folder") << QStringList{"$SimPath/x"} << "@MISSING@"
-                                    << ""
-                                    << ""
-                                    << "!!WARNING not exists directory -> @MISSING@";
-    QTest::newRow("no category") << QStringList{"$SimPath/x"} << "none"
-                                 << ""
-                                 << ""
-                                 << "!!WARNING not find install_path -$SimPath/x";
-    QTest::newRow("product path") << QStringList{"$ProductPath/Data:extra"} << "@SIM@"
-                                  << "@UNI@"
-                                  << "@UNI@/Data"
-                                  << "";
-    QTest::newRow("real folder never resolves") << QStringList{"/Users/a/Addon"} << "@SIM@"
-                                                << ""
-                                                << ""
-                                                << "!!WARNING not find install_path -/Users/a/Addon";
-    QTest::newRow("empty list") << QStringList() << "@SIM@"
-                                << ""
-                                << ""
-                                << "";
-    QTest::newRow("only the second resolves") << QStringList{"$UserDocuments/Foo", "$SimPath/y"} << "@SIM@"
-                                              << ""
-                                              << "|@SIM@/y"
-                                              << "!!WARNING not find install_path -$UserDocuments/Foo";
+    QTest::newRow("sim folder")
+        << QStringList{"$SimPath\\Custom Data:\\xp11"} << "@SIM@" << "" << "@SIM@/Custom Data" << "";
+    QTest::newRow("no simulator check")
+        << QStringList{" $SimPath /a\\\\b//c\\"} << "@NOSIM@" << "" << "@NOSIM@/a/b/c/" << "";
+    QTest::newRow("missing folder")
+        << QStringList{"$SimPath/x"} << "@MISSING@" << "" << "" << "!!WARNING not exists directory -> @MISSING@";
+    QTest::newRow("no category")
+        << QStringList{"$SimPath/x"} << "none" << "" << "" << "!!WARNING not find install_path -$SimPath/x";
+    QTest::newRow("product path") << QStringList{"$ProductPath/Data:extra"} << "@SIM@" << "@UNI@" << "@UNI@/Data" << "";
+    QTest::newRow("real folder never resolves")
+        << QStringList{"/Users/a/Addon"} << "@SIM@" << "" << "" << "!!WARNING not find install_path -/Users/a/Addon";
+    QTest::newRow("empty list") << QStringList() << "@SIM@" << "" << "" << "";
+    QTest::newRow("only the second resolves")
+        << QStringList{"$UserDocuments/Foo", "$SimPath/y"} << "@SIM@" << "" << "|@SIM@/y"
+        << "!!WARNING not find install_path -$UserDocuments/Foo";
 }
+// clang-format on
 
 void TestProduct::initNewInstallPaths()
 {
@@ -289,42 +214,20 @@ void TestProduct::initNewInstallPaths()
         QCOMPARE(product.GetInstallPaths().first()->strSecond, QStringLiteral("extra"));
 }
 
+// clang-format off
 void TestProduct::initRealPath_data()
 {
     resolverColumns();
-    QTest::newRow("sim folder") << "$SimPath\\Custom Data\\x.txt"
-                                << "@UNI@"
-                                << ""
-                                << "@UNI@/Custom Data/x.txt";
-    QTest::newRow("no simulator empties") << "$SimPath/x"
-                                          << "@NOSIM@"
-                                          << ""
-                                          << "";
-    QTest::newRow("no category empties") << "$SimPath/x"
-                                         << "none"
-                                         << ""
-                                         << "";
-    QTest::newRow("product path") << "$ProductPath\\navdata\\"
-                                  << "none"
-                                  << "/p"
-                                  << "/p/navdata/";
-    QTest::newRow("product path not resolved") << "$ProductPath/x"
-                                               << "@SIM@"
-                                               << ""
-                                               << "";
-    QTest::newRow("empty user folder empties") << "$UserDocuments/Foo"
-                                               << "@SIM@"
-                                               << ""
-                                               << "";
-    QTest::newRow("real folder") << "/abs\\\\x"
-                                 << "@SIM@"
-                                 << ""
-                                 << "/abs/x";
-    QTest::newRow("unknown placeholders kept") << "$RegistryKey/x"
-                                               << "@SIM@"
-                                               << ""
-                                               << "$RegistryKey/x";
+    QTest::newRow("sim folder") << "$SimPath\\Custom Data\\x.txt" << "@UNI@" << "" << "@UNI@/Custom Data/x.txt";
+    QTest::newRow("no simulator empties") << "$SimPath/x" << "@NOSIM@" << "" << "";
+    QTest::newRow("no category empties") << "$SimPath/x" << "none" << "" << "";
+    QTest::newRow("product path") << "$ProductPath\\navdata\\" << "none" << "/p" << "/p/navdata/";
+    QTest::newRow("product path not resolved") << "$ProductPath/x" << "@SIM@" << "" << "";
+    QTest::newRow("empty user folder empties") << "$UserDocuments/Foo" << "@SIM@" << "" << "";
+    QTest::newRow("real folder") << "/abs\\\\x" << "@SIM@" << "" << "/abs/x";
+    QTest::newRow("unknown placeholders kept") << "$RegistryKey/x" << "@SIM@" << "" << "$RegistryKey/x";
 }
+// clang-format on
 
 void TestProduct::initRealPath()
 {
@@ -419,6 +322,7 @@ void TestProduct::removeFileList()
     QCOMPARE(dir.readFile(QStringLiteral("log/log.txt")).contains("!!WARNING remove_file outside"), refused);
 }
 
+// clang-format off
 void TestProduct::cycleCheck_data()
 {
     QTest::addColumn<QString>("folder");     // "ok", "missing" or "unresolved"
@@ -427,46 +331,37 @@ void TestProduct::cycleCheck_data()
     QTest::addColumn<QString>("read");       // cycle '/' revision
     QTest::addColumn<int>("state");
 
-    QTest::newRow("padded keys, CR LF") << "ok" << QByteArray("AIRAC cycle    : 2101\r\nRevision       : 2\r\n")
-                                        << "2101/2"
-                                        << "2101/2" << 5;
+    QTest::newRow("padded keys, CR LF")
+        << "ok" << QByteArray("AIRAC cycle    : 2101\r\nRevision       : 2\r\n") << "2101/2" << "2101/2" << 5;
     QTest::newRow("no final line feed, second colon")
-        << "ok" << QByteArray("AIRAC cycle:2101:valid\nRevision:1") << "2101/1"
-        << "2101/1" << 5;
-    QTest::newRow("lower-case key ignored") << "ok" << QByteArray("airac cycle: 2101\nRevision: 1\n") << "2101/1"
-                                            << "/1" << 7;
+        << "ok" << QByteArray("AIRAC cycle:2101:valid\nRevision:1") << "2101/1" << "2101/1" << 5;
+    QTest::newRow("lower-case key ignored")
+        << "ok" << QByteArray("airac cycle: 2101\nRevision: 1\n") << "2101/1" << "/1" << 7;
     QTest::newRow("later line wins, extra keys")
         << "ok" << QByteArray("AIRAC cycle: 1801\nName: x\nno colon\n\nAIRAC cycle: 2101\nRevision: 3\n") << "2101/3"
         << "2101/3" << 5;
-    QTest::newRow("older cycle is due") << "ok" << QByteArray("AIRAC cycle: 2013\nRevision: 1\n") << "2101/1"
-                                        << "2013/1" << 7;
-    QTest::newRow("run together, no separator") << "ok" << QByteArray("AIRAC cycle: 210\nRevision: 11\n") << "2101/1"
-                                                << "210/11" << 5;
-    QTest::newRow("no target cycle") << "ok" << QByteArray("AIRAC cycle: 2101\nRevision: 1\n") << "/1"
-                                     << "" << 4;
-    QTest::newRow("missing file") << "ok" << QByteArray() << "2101/1"
-                                  << "/" << 7;
-    QTest::newRow("empty file") << "ok" << QByteArray("") << "2101/1"
-                                << "/" << 7;
-    QTest::newRow("stops at NUL") << "ok" << QByteArray("AIRAC cycle: 2101\n\0Revision: 9\n", 32) << "2101/"
-                                  << "2101/" << 5;
+    QTest::newRow("older cycle is due")
+        << "ok" << QByteArray("AIRAC cycle: 2013\nRevision: 1\n") << "2101/1" << "2013/1" << 7;
+    QTest::newRow("run together, no separator")
+        << "ok" << QByteArray("AIRAC cycle: 210\nRevision: 11\n") << "2101/1" << "210/11" << 5;
+    QTest::newRow("no target cycle") << "ok" << QByteArray("AIRAC cycle: 2101\nRevision: 1\n") << "/1" << "" << 4;
+    QTest::newRow("missing file") << "ok" << QByteArray() << "2101/1" << "/" << 7;
+    QTest::newRow("empty file") << "ok" << QByteArray("") << "2101/1" << "/" << 7;
+    QTest::newRow("stops at NUL")
+        << "ok" << QByteArray("AIRAC cycle: 2101\n\0Revision: 9\n", 32) << "2101/" << "2101/" << 5;
     QByteArray binary(4096, '\x01');
     for (int i = 0; i < binary.size(); ++i)
         binary[i] = char(1 + (i * 61) % 255);
-    QTest::newRow("binary") << "ok" << binary << "2101/1"
-                            << "/" << 7;
-    QTest::newRow("very long") << "ok" << QByteArray("Comment: padding\r\n").repeated(400000) + "AIRAC cycle: 2101"
-                               << "2101/"
-                               << "2101/" << 5;
-    QTest::newRow("placeholder") << "ok" << QByteArray("AIRAC cycle    : unknown\r\nRevision       : \r\n") << "2101/1"
-                                 << "unknown/" << 7;
-    QTest::newRow("folder missing") << "missing" << QByteArray() << "2101/1"
-                                    << "/" << 7;
-    QTest::newRow("folder not resolved") << "unresolved" << QByteArray() << "2101/1"
-                                         << "/" << 7;
-    QTest::newRow("unreadable") << "ok" << QByteArray("-") << "2101/1"
-                                << "/" << 7;
+    QTest::newRow("binary") << "ok" << binary << "2101/1" << "/" << 7;
+    QTest::newRow("very long")
+        << "ok" << QByteArray("Comment: padding\r\n").repeated(400000) + "AIRAC cycle: 2101" << "2101/" << "2101/" << 5;
+    QTest::newRow("placeholder")
+        << "ok" << QByteArray("AIRAC cycle    : unknown\r\nRevision       : \r\n") << "2101/1" << "unknown/" << 7;
+    QTest::newRow("folder missing") << "missing" << QByteArray() << "2101/1" << "/" << 7;
+    QTest::newRow("folder not resolved") << "unresolved" << QByteArray() << "2101/1" << "/" << 7;
+    QTest::newRow("unreadable") << "ok" << QByteArray("-") << "2101/1" << "/" << 7;
 }
+// clang-format on
 
 void TestProduct::cycleCheck()
 {

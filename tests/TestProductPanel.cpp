@@ -107,6 +107,7 @@ private slots:
         m_boxes.reset();
     }
 
+    // clang-format off
     void filterShowsExactCards_data()
     {
         QTest::addColumn<QString>("category");
@@ -115,30 +116,28 @@ private slots:
         QTest::addColumn<QStringList>("expected");
 
         const QStringList all{"Alpha GNS", "Bravo FMS", "Charlie Nav", "Delta GNS", "Echo FMS"};
-        QTest::newRow("all") << "All"
-                             << "All" << QStringList() << all;
-        QTest::newRow("x-plane 11") << "X-Plane 11"
-                                    << "All" << QStringList() << QStringList{"Alpha GNS", "Bravo FMS", "Echo FMS"};
-        QTest::newRow("x-plane 10") << "X-Plane 10"
-                                    << "All" << QStringList() << QStringList{"Charlie Nav", "Delta GNS"};
+        QTest::newRow("all") << "All" << "All" << QStringList() << all;
+        QTest::newRow("x-plane 11") << "X-Plane 11" << "All" << QStringList()
+                                    << QStringList{"Alpha GNS", "Bravo FMS", "Echo FMS"};
+        QTest::newRow("x-plane 10") << "X-Plane 10" << "All" << QStringList()
+                                    << QStringList{"Charlie Nav", "Delta GNS"};
         QTest::newRow("dataset over all categories")
-            << "All"
-            << "gns430" << QStringList() << QStringList{"Alpha GNS", "Delta GNS"};
-        QTest::newRow("category and dataset") << "X-Plane 11"
-                                              << "xp11nav" << QStringList() << QStringList{"Bravo FMS", "Echo FMS"};
-        QTest::newRow("dataset of the other category") << "X-Plane 10"
-                                                       << "xp11nav" << QStringList() << QStringList();
-        QTest::newRow("selected from catalogue") << "Selected"
-                                                 << "All" << QStringList() << QStringList{"Bravo FMS"};
+            << "All" << "gns430" << QStringList() << QStringList{"Alpha GNS", "Delta GNS"};
+        QTest::newRow("category and dataset") << "X-Plane 11" << "xp11nav" << QStringList()
+                                              << QStringList{"Bravo FMS", "Echo FMS"};
+        QTest::newRow("dataset of the other category") << "X-Plane 10" << "xp11nav" << QStringList()
+                                                       << QStringList();
+        QTest::newRow("selected from catalogue") << "Selected" << "All" << QStringList()
+                                                 << QStringList{"Bravo FMS"};
         QTest::newRow("selected after ticking")
-            << "Selected"
-            << "All" << QStringList{"Charlie Nav", "Echo FMS"} << QStringList{"Bravo FMS", "Charlie Nav", "Echo FMS"};
-        QTest::newRow("unticking removes from selected") << "Selected"
-                                                         << "All" << QStringList{"Bravo FMS"} << QStringList();
-        QTest::newRow("selected and dataset")
-            << "Selected"
-            << "xp10nav" << QStringList{"Charlie Nav", "Alpha GNS"} << QStringList{"Charlie Nav"};
+            << "Selected" << "All" << QStringList{"Charlie Nav", "Echo FMS"}
+            << QStringList{"Bravo FMS", "Charlie Nav", "Echo FMS"};
+        QTest::newRow("unticking removes from selected")
+            << "Selected" << "All" << QStringList{"Bravo FMS"} << QStringList();
+        QTest::newRow("selected and dataset") << "Selected" << "xp10nav" << QStringList{"Charlie Nav", "Alpha GNS"}
+                                              << QStringList{"Charlie Nav"};
     }
+    // clang-format on
 
     void filterShowsExactCards()
     {

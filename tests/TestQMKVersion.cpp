@@ -71,6 +71,7 @@ class TestQMKVersion : public QObject
     Q_OBJECT
 
 private slots:
+    // clang-format off
     void versionFile_data()
     {
         QTest::addColumn<QByteArray>("content");
@@ -80,59 +81,35 @@ private slots:
         QTest::addColumn<QString>("appName");
         QTest::addColumn<bool>("available");
 
-        QTest::newRow("124 over 1.2.3") << QByteArray("124") << "1.2.3"
-                                        << "1.2.4"
-                                        << "VL_QUILLMARK_V124_MAC.zip"
-                                        << "VL_QUILLMARK_V124.app" << true;
-        QTest::newRow("1210 over 1.2.1") << QByteArray("1210") << "1.2.1"
-                                         << "1.2.1.0"
-                                         << "VL_QUILLMARK_V1210_MAC.zip"
-                                         << "VL_QUILLMARK_V1210.app" << true;
-        QTest::newRow("1210 over 1.2.0.9 as text") << QByteArray("1210") << "1.2.0.9"
-                                                   << "1.2.1.0"
-                                                   << "VL_QUILLMARK_V1210_MAC.zip"
-                                                   << "VL_QUILLMARK_V1210.app" << true;
-        QTest::newRow("blank lines around") << QByteArray("\r\n\n  124 \r\n\n") << "1.2.3"
-                                            << "1.2.4"
-                                            << "VL_QUILLMARK_V124_MAC.zip"
-                                            << "VL_QUILLMARK_V124.app" << true;
-        QTest::newRow("same version") << QByteArray("123\n") << "1.2.3"
-                                      << "1.2.3"
-                                      << "VL_QUILLMARK_V123_MAC.zip"
-                                      << "VL_QUILLMARK_V123.app" << false;
-        QTest::newRow("older") << QByteArray("122") << "1.2.3"
-                               << "1.2.2"
-                               << "VL_QUILLMARK_V122_MAC.zip"
-                               << "VL_QUILLMARK_V122.app" << false;
-        QTest::newRow("unknown running version") << QByteArray("124") << ""
-                                                 << "1.2.4"
-                                                 << "VL_QUILLMARK_V124_MAC.zip"
-                                                 << "VL_QUILLMARK_V124.app" << false;
-        QTest::newRow("empty") << QByteArray() << "1.2.3"
-                               << ""
-                               << ""
-                               << "" << false;
-        QTest::newRow("blank") << QByteArray(" \r\n\t\n") << "1.2.3"
-                               << ""
-                               << ""
-                               << "" << false;
-        QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << "1.2.3"
-                                << ""
-                                << ""
-                                << "" << false;
-        QTest::newRow("path in it") << QByteArray("9/../../x") << "1.2.3"
-                                    << ""
-                                    << ""
-                                    << "" << false;
-        QTest::newRow("huge") << QByteArray(3 * 1024 * 1024, '9') << "1.2.3"
-                              << ""
-                              << ""
-                              << "" << false;
-        QTest::newRow("long line") << QByteArray(200, '9') << "1.2.3"
-                                   << ""
-                                   << ""
-                                   << "" << false;
+        QTest::newRow("124 over 1.2.3")
+            << QByteArray("124") << "1.2.3" << "1.2.4" << "VL_QUILLMARK_V124_MAC.zip" << "VL_QUILLMARK_V124.app"
+            << true;
+        QTest::newRow("1210 over 1.2.1")
+            << QByteArray("1210") << "1.2.1" << "1.2.1.0" << "VL_QUILLMARK_V1210_MAC.zip" << "VL_QUILLMARK_V1210.app"
+            << true;
+        QTest::newRow("1210 over 1.2.0.9 as text")
+            << QByteArray("1210") << "1.2.0.9" << "1.2.1.0" << "VL_QUILLMARK_V1210_MAC.zip" << "VL_QUILLMARK_V1210.app"
+            << true;
+        QTest::newRow("blank lines around")
+            << QByteArray("\r\n\n  124 \r\n\n") << "1.2.3" << "1.2.4" << "VL_QUILLMARK_V124_MAC.zip"
+            << "VL_QUILLMARK_V124.app" << true;
+        QTest::newRow("same version")
+            << QByteArray("123\n") << "1.2.3" << "1.2.3" << "VL_QUILLMARK_V123_MAC.zip" << "VL_QUILLMARK_V123.app"
+            << false;
+        QTest::newRow("older")
+            << QByteArray("122") << "1.2.3" << "1.2.2" << "VL_QUILLMARK_V122_MAC.zip" << "VL_QUILLMARK_V122.app"
+            << false;
+        QTest::newRow("unknown running version")
+            << QByteArray("124") << "" << "1.2.4" << "VL_QUILLMARK_V124_MAC.zip" << "VL_QUILLMARK_V124.app" << false;
+        QTest::newRow("empty") << QByteArray() << "1.2.3" << "" << "" << "" << false;
+        QTest::newRow("blank") << QByteArray(" \r\n\t\n") << "1.2.3" << "" << "" << "" << false;
+        QTest::newRow("binary")
+            << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) << "1.2.3" << "" << "" << "" << false;
+        QTest::newRow("path in it") << QByteArray("9/../../x") << "1.2.3" << "" << "" << "" << false;
+        QTest::newRow("huge") << QByteArray(3 * 1024 * 1024, '9') << "1.2.3" << "" << "" << "" << false;
+        QTest::newRow("long line") << QByteArray(200, '9') << "1.2.3" << "" << "" << "" << false;
     }
+    // clang-format on
 
     void versionFile()
     {
