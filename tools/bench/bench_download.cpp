@@ -1,7 +1,7 @@
 // Downloads a generated file from the loopback test server with DownloadManager and with curl
 // (same request: POST, Basic authorization, form content type; same sink: a file in a temporary
-// folder), best of several alternating runs, and prints both throughputs, their ratio and this
-// process's peak memory.
+// folder) in several alternating runs, and prints both throughputs and their ratio, of the median
+// and of the best run, and this process's peak memory.
 //
 //   bench_download [MiB] [runs]   defaults 1024 and 3; progress goes to stdout, figures to stderr
 
