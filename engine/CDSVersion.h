@@ -177,6 +177,32 @@ signals:
     void SignalUnZipBackProcessFinished(bool ok);
 
 private:
+    // Every run (download, install, reset, backup removal) begins with BeginRun and ends with
+    // EndRun or StopRun. Both change the run tag, so a worker's end that arrives after the run it
+    // belonged to was stopped is recognised and dropped.
+    enum class ERun
+    {
+        None,
+        Search,
+        Download,
+        Install,
+        Reset,
+        RemoveBackup
+    };
+    void BeginRun(ERun run);
+    void EndRun(ERun run);
+    // Ends the run if it is the active one; false when it was not.
+    bool StopRun(ERun run);
+    bool IsActiveRun(ERun run) const;
+    void StartWorker(CFileWorkerThread& worker);
+    void WorkerEndedSlot(CFileWorkerThread* worker, quint64 tag);
+    void StopWorker(CFileWorkerThread& thread, const char* name);
+    static void DiscardProcess(QProcess*& process);
+    void FinishSearchLater();
+    static const char* const st_cycleFolderName;
+    // How long a stop waits for a worker to reach the next file before it is cut off.
+    static const unsigned long st_stopGraceMs = 5000;
+
     void PrepareBackupRun(CProductList* list, EQMKProductInstallState runState);
     enum class Walk
     {
@@ -187,11 +213,13 @@ private:
     void WalkSelProduct(Walk walk);
     bool WalkProduct(Walk walk, CProduct* product, bool single);
     void WalkThreadFinished(Walk walk, CProduct* product, bool success);
-    void StopWorker(QThread& thread, const char* name);
+    void StopWalk(Walk walk);
 
     CProduct* CurrentInstallProduct() const;
     bool FailDatasetRequest(const QString& dataset, const QString& reason);
     void RemoveProductFiles(CProduct* product);
+    // A line in the result text that the user should read but that does not fail the product.
+    void WriteResultWarning(const QString& text);
     void RunBackupListing(const QString& archive);
     void BackupListingFinished(const QString& archive, int exitCode, QProcess::ExitStatus status);
     void FinishBackupProcess(bool zip, bool ok);
@@ -237,6 +265,13 @@ private:
 
     QString m_strResult;
     int m_iErrorCount = 0;
+
+    ERun m_eActiveRun = ERun::None;
+    quint64 m_runTag = 0;
+    bool m_bSearchActive = false;
+    quint64 m_searchTag = 0;
+    // The product whose worker is running; its end is reported for exactly this product.
+    CProduct* m_pWorkerProduct = nullptr;
 
     QProcess* m_pZipBackProcess = nullptr;
     QProcess* m_pUnzipBackProcess = nullptr;

@@ -12,8 +12,10 @@ CFileWorkerThread::CFileWorkerThread(const QString& logFileName) : QThread(nullp
     connect(
         this, &QThread::finished, this,
         [this] {
-            if (m_bRunDone)
-                emit SignalFinished();
+            if (!m_bRunDone)
+                return;
+            emit SignalFinished();
+            emit SignalRunEnded(m_runTag);
         },
         Qt::DirectConnection);
 }
@@ -26,10 +28,16 @@ void CFileWorkerThread::SetProduct(CProduct* product)
         m_strBackupDirName = QStringLiteral("QMK_") + product->GetDataset() + QStringLiteral("_back");
 }
 
-void CFileWorkerThread::run()
+void CFileWorkerThread::Start(quint64 tag)
 {
+    m_runTag = tag;
     m_bRunDone = false;
     m_bStopRequested = false;
+    start(QThread::InheritPriority);
+}
+
+void CFileWorkerThread::run()
+{
     DoRun();
     m_bRunDone = true;
 }

@@ -18,12 +18,18 @@ class CFileWorkerThread : public QThread
 
 public:
     bool GetSuccess() const { return m_bSuccess; }
-    // Asks a running walk to stop before its next folder.
+    // Starts a run after Init. The stop request is cleared here, on the caller's thread, so that a
+    // stop asked for right after the start is never lost. The tag comes back with the run's end.
+    void Start(quint64 tag);
+    // Asks a running walk to stop before its next file.
     void RequestStop() { m_bStopRequested = true; }
+    bool IsStopRequested() const { return m_bStopRequested; }
     static bool removeDir(const QString& path);
 
 signals:
     void SignalFinished();
+    // Emitted together with SignalFinished, with the tag the run was started with.
+    void SignalRunEnded(quint64 tag);
     void terminated();
 
 protected:
@@ -46,4 +52,5 @@ private:
 
     // Set as the last step of run(); a terminated run never gets there.
     bool m_bRunDone = false;
+    quint64 m_runTag = 0;
 };

@@ -115,9 +115,11 @@ void CFolderWalk::Walk(EChildren children, const QString& childName, const QStri
             m_log.WriteString(LinkWarning(secondIsLink ? pair.second : pair.first), false);
             continue;
         }
-        // Reported before the visit: a backup folder is gone after it.
-        for (const QFileInfo& link : CFileTree::links(pair.first))
-            m_log.WriteString(LinkWarning(link.absoluteFilePath()), false);
+        // Links in an unpacked tree are left out. In a backup folder they are what an install
+        // moved aside, and go back like files.
+        if (children == ChildrenOfFirst)
+            for (const QFileInfo& link : CFileTree::links(pair.first))
+                m_log.WriteString(LinkWarning(link.absoluteFilePath()), false);
         if (!visit(pair.first, pair.second))
             continue;
 
@@ -147,6 +149,13 @@ bool CFolderWalk::MoveFile(const QString& from, const QString& to, bool replace,
     QString reason;
     if (renameOver(from, to, &reason))
         return true;
+    // A copy would turn a link into a file.
+    if (QFileInfo(from).isSymLink()) {
+        if (error)
+            *error = QStringLiteral("cannot move the link ") + from + QStringLiteral(" to ") + to +
+                     QStringLiteral(": ") + reason;
+        return false;
+    }
 
     // Typically another file system: copy, check, put in place, and only then let go of the source.
     QString copyError;

@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/CMessageBox.h"
+#include "engine/CFolderWalk.h"
 #include "engine/CToolCommand.h"
 #include "model/CFileTree.h"
 #include "model/CProduct.h"
@@ -14,6 +15,7 @@
 #include <QPair>
 #include <QQueue>
 #include <QThread>
+#include <QTimer>
 #include <QUrl>
 
 #include <cstdio>
@@ -89,6 +91,16 @@ QString CQMKVersion::serverUrl(const QString& fileName) const
 
 void CQMKVersion::requestFile(const QString& fileName)
 {
+    QString reason;
+    if (!DownloadManager::CanSaveInto(m_strDownloadDir, fileName, reason)) {
+        // The downloader would send nothing and never answer; the check fails here instead, after
+        // the caller has returned, as a failed transfer would.
+        m_strErrorText = QStringLiteral("Problem opening save file ") + m_strDownloadDir + QLatin1Char('/') + fileName +
+                         QStringLiteral(": ") + reason + QStringLiteral("\r\n");
+        m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
+        QTimer::singleShot(0, this, &CQMKVersion::SignalDownloadError);
+        return;
+    }
     m_downloadManager.credentials = QByteArrayLiteral("webclient:Q7x2Lm9p");
     m_bTransferRunning = true;
     m_downloadManager.DownloadFile(QUrl(serverUrl(fileName)), true, m_strDownloadDir);
@@ -327,11 +339,18 @@ void CQMKVersion::moveDirCentents(const QString& source, const QString& target)
             QFile::remove(pair.second);
         if (!QDir(pair.second).exists())
             QDir().mkpath(pair.second);
-        for (const QFileInfo& file : CFileTree::plainFiles(pair.first)) {
+        // Links of the release (an app bundle's Versions/Current) arrive as links; they are moved,
+        // never followed.
+        QFileInfoList entries = CFileTree::plainFiles(pair.first);
+        entries += CFileTree::links(pair.first);
+        for (const QFileInfo& file : entries) {
             const QString to = pair.second + QLatin1Char('/') + file.fileName();
-            if (QFileInfo::exists(to) || CFileTree::isLink(to))
-                QFile::remove(to);
-            QFile::rename(file.filePath(), to);
+            const QFileInfo existing(to);
+            if (existing.isDir() && !existing.isSymLink())
+                removeDir(to);
+            QString error;
+            if (!CFolderWalk::MoveFile(file.filePath(), to, true, &error))
+                m_log.WriteString(QStringLiteral("!!ERROR ") + error, false);
         }
         for (const QFileInfo& folder : CFileTree::subFolders(pair.first))
             pending.enqueue(qMakePair(folder.filePath(), pair.second + QLatin1Char('/') + folder.fileName()));

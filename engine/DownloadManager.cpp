@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QNetworkRequest>
+#include <QTimer>
 
 #include <cmath>
 #include <cstdio>
@@ -53,6 +54,25 @@ QString DownloadManager::saveFileName(const QUrl& url)
     if (info.exists() || info.isSymLink())
         QFile::remove(path);
     return path;
+}
+
+bool DownloadManager::CanSaveInto(const QString& folder, const QString& name, QString& reason)
+{
+    const QFileInfo dir(folder);
+    if (!dir.isDir()) {
+        reason = QStringLiteral("folder ") + folder + QStringLiteral(" does not exist");
+        return false;
+    }
+    if (!dir.isWritable()) {
+        reason = QStringLiteral("folder ") + folder + QStringLiteral(" is not writable");
+        return false;
+    }
+    const QFileInfo file(folder + QLatin1Char('/') + name);
+    if (file.isDir() && !file.isSymLink()) {
+        reason = QStringLiteral("a folder ") + file.filePath() + QStringLiteral(" is in the way");
+        return false;
+    }
+    return true;
 }
 
 QString DownloadManager::speedText(double speed)
@@ -120,6 +140,7 @@ bool DownloadManager::sendRequest(const QUrl& url, const QString& openProblemUrl
         connect(m_reply, &QNetworkReply::sslErrors, this, &DownloadManager::slotSslErrors);
 
     m_received = 0;
+    m_writeError.clear();
     print(QByteArrayLiteral("Downloading ") + url.toEncoded() + QByteArrayLiteral("...\n"));
     m_downloadTime.start();
     m_log.WriteString(QStringLiteral("Start Download"), false);
@@ -157,19 +178,38 @@ void DownloadManager::downloadReadyRead()
     // buffered block without copying it.
     m_lastData = m_reply->read(m_reply->bytesAvailable());
     m_received += m_lastData.size();
-    if (m_saveToFile && m_output.isOpen()) {
+    if (m_saveToFile && m_output.isOpen() && m_writeError.isEmpty()) {
         // Slices keep the copy into the page cache inside the processor caches.
-        for (qint64 at = 0; at < m_lastData.size(); at += WriteSlice)
-            m_output.write(m_lastData.constData() + at, qMin<qint64>(WriteSlice, m_lastData.size() - at));
+        for (qint64 at = 0; at < m_lastData.size(); at += WriteSlice) {
+            const qint64 size = qMin<qint64>(WriteSlice, m_lastData.size() - at);
+            if (m_output.write(m_lastData.constData() + at, size) != size) {
+                failWrite();
+                break;
+            }
+        }
     }
+}
+
+// A full disk or a size limit: the rest of the body is of no use, and the file is not whole.
+void DownloadManager::failWrite()
+{
+    m_writeError =
+        QStringLiteral("cannot write ") + m_output.fileName() + QStringLiteral(": ") + m_output.errorString();
+    m_log.WriteString(QStringLiteral("!!!Error: ") + m_writeError, false);
+    m_output.close();
+    if (m_reply)
+        QTimer::singleShot(0, m_reply, &QNetworkReply::abort);
 }
 
 void DownloadManager::downloadProgress(qint64 bytesReceived, qint64 bytesTotal)
 {
     m_progressBar.setStatus(bytesReceived, bytesTotal);
-    // An elapsed time of 0 gives an infinite figure, printed as "inf MB/s".
-    const double speed = bytesReceived * 1000.0 / double(m_downloadTime.elapsed());
-    m_progressBar.setMessage(speedText(speed));
+    // Before a measurable time has passed there is no speed to tell, only the size.
+    const qint64 elapsed = m_downloadTime.elapsed();
+    if (elapsed > 0)
+        m_progressBar.setMessage(speedText(bytesReceived * 1000.0 / double(elapsed)));
+    else
+        m_progressBar.setMessage(QString::number(bytesReceived) + QStringLiteral(" bytes"));
     m_progressBar.update();
 
     const int percent = m_progressBar.percent();
@@ -205,7 +245,11 @@ void DownloadManager::downloadFinished()
         }
     }
 
-    if (stLastError != 0 && !m_retried) {
+    // A file that cannot be written would fail the same way over plain HTTP.
+    if (m_output.isOpen() && m_writeError.isEmpty() && !m_output.flush())
+        failWrite();
+
+    if (stLastError != 0 && !m_retried && m_writeError.isEmpty()) {
         startDownloadNoSSL();
         m_log.WriteString(QStringLiteral("Run Download2"), false);
         return;
@@ -219,7 +263,11 @@ void DownloadManager::downloadFinished()
     if (m_output.isOpen())
         m_output.close();
 
-    if (m_reply && m_reply->isOpen()) {
+    if (!m_writeError.isEmpty()) {
+        const QString message = QStringLiteral("Failed download file ") + m_lastFile + QLatin1Char('\n');
+        m_errors << message << m_writeError;
+        m_log.WriteString(message, false);
+    } else if (m_reply && m_reply->isOpen()) {
         if (m_reply->error() == QNetworkReply::NoError && !m_truncated) {
             print(QByteArrayLiteral("Succeeded."));
         } else {
@@ -244,9 +292,12 @@ void DownloadManager::downloadListFinished()
     const QStringList errors = m_errors;
     const QByteArray lastData = m_lastData;
 
+    // The transfer is forgotten: a later stop has nothing to abort.
     m_lastFile.clear();
     m_errors.clear();
     m_url.clear();
+    m_urlPath.clear();
+    m_writeError.clear();
     m_lastData.clear();
     postBody.clear();
     credentials.clear();
@@ -261,6 +312,9 @@ void DownloadManager::downloadListFinished()
 void DownloadManager::stopDownloadSlot()
 {
     m_log.WriteString(QStringLiteral("stopDownloadSlot"), false);
+    // Idle: no transfer to abort and nothing to report.
+    if (!m_reply)
+        return;
     std::fflush(stdout);
     m_errors << QStringLiteral("User abort");
     downloadListFinished();

@@ -36,10 +36,18 @@ public:
     // unit bytes/sec, kB/s or MB/s.
     static QString speedText(double bytesPerSecond);
 
+    // Whether a file `name` could be created in `folder`; without that a transfer sends nothing and
+    // reports nothing, so callers check first. `reason` says what is in the way.
+    static bool CanSaveInto(const QString& folder, const QString& name, QString& reason);
+    // A transfer has been sent and has not ended yet.
+    bool IsBusy() const { return m_reply != nullptr; }
+
     // Error code of the last failed network operation of any DownloadManager; 0 when none.
     static int stLastError;
 
 private:
+    void failWrite();
+
     QNetworkAccessManager m_manager;
     QUrl m_url;
     QNetworkReply* m_reply = nullptr;
@@ -63,6 +71,7 @@ private:
     QString m_downloadDirectory;
     qint64 m_received = 0;    // body bytes of the current attempt
     bool m_truncated = false; // the current attempt ended short of its Content-Length
+    QString m_writeError;     // why the received bytes could not all be written; empty when they were
 
 public slots:
     void stopDownloadSlot();

@@ -39,8 +39,12 @@ void FileCopyThread::DoRun()
         return;
     }
     MoveProductFiles();
-    if (m_bBackupWritten && m_bCycleUnknown)
-        m_pProduct->WriteUnknownBackupCycleInfoFile();
+    if (m_bBackupWritten && m_bCycleUnknown) {
+        QString problem;
+        m_pProduct->WriteUnknownBackupCycleInfoFile(&problem);
+        if (!problem.isEmpty())
+            m_walk.Warning(problem);
+    }
 }
 
 bool FileCopyThread::MoveProductFiles()
@@ -99,6 +103,9 @@ void FileCopyThread::copyFolder(const QString& source, const QString& target)
                     }
 
                     for (const QFileInfo& file : CFileTree::plainFiles(sourceFolder)) {
+                        // Between two files every installed file still has its backup.
+                        if (m_bStopRequested)
+                            break;
                         const QString name = file.fileName();
                         m_nBytesWritten += quint64(file.size());
                         if (moveOneFile(sourceFolder + QLatin1Char('/') + name, targetFolder + QLatin1Char('/') + name,
@@ -119,18 +126,17 @@ void FileCopyThread::copyFolder(const QString& source, const QString& target)
 bool FileCopyThread::moveOneFile(const QString& sourceFile, const QString& targetFile, const QString& backupFolder)
 {
     const QFileInfo target(targetFile);
-    if (target.isSymLink()) {
-        m_log.WriteString(CFolderWalk::LinkWarning(targetFile), false);
-        return false;
-    }
-    if (target.isDir()) {
+    // A link in the way is an entry like a file: it goes to the backup as a link and the new file
+    // takes its place. Nothing is ever written through it.
+    const bool isLink = target.isSymLink();
+    if (target.isDir() && !isLink) {
         m_walk.Error(targetFile + QStringLiteral(" is a folder; ") + sourceFile + QStringLiteral(" is left out"));
         return false;
     }
 
     QString error;
     QString backupFile;
-    if (target.exists() && m_bMakeBackups) {
+    if ((target.exists() || isLink) && m_bMakeBackups) {
         backupFile = backupFolder + QLatin1Char('/') + target.fileName();
         if (m_backedUpFiles.contains(backupFile)) {
             // Replaced earlier in this run: the backup already holds the original.

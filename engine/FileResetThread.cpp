@@ -47,9 +47,20 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         return false;
 
                     bool keepBackup = false;
-                    for (const QFileInfo& file : CFileTree::plainFiles(backup)) {
+                    bool stopped = false;
+                    // Links in the backup are entries an install moved aside; they go back as links.
+                    QFileInfoList entries = CFileTree::plainFiles(backup);
+                    entries += CFileTree::links(backup);
+                    for (const QFileInfo& file : entries) {
+                        // The backup folder stays whole until every file of it is back.
+                        if (m_bStopRequested) {
+                            stopped = true;
+                            break;
+                        }
                         const QString targetFile = target + QLatin1Char('/') + file.fileName();
                         const QFileInfo current(targetFile);
+                        // A link put there after the install is not replaced; the original waits in
+                        // the backup.
                         if (current.isSymLink()) {
                             m_log.WriteString(CFolderWalk::LinkWarning(targetFile), false);
                             keepBackup = true;
@@ -69,7 +80,9 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         }
                     }
 
-                    if (keepBackup)
+                    if (stopped)
+                        m_walk.Warning(QStringLiteral("reset stopped; backup folder kept: ") + backup);
+                    else if (keepBackup)
                         m_walk.Error(QStringLiteral("backup folder kept, not everything could be put back: ") + backup);
                     else if (!removeDir(backup))
                         m_walk.Warning(QStringLiteral("backup folder not completely removed: ") + backup);

@@ -279,6 +279,9 @@ bool CProduct::IsInsideProductFolders(const QString& written) const
     roots << m_strNewProductPath;
     for (const CInstallPath* entry : m_installPaths)
         roots << entry->strNewPath;
+    // Some add-ons keep files in the simulator's own folders, so those may be cleaned up too.
+    if (m_pCategory && m_pCategory->CheckPath())
+        roots << m_pCategory->GetPath();
 
     const QString real = canonicalLocation(path);
     for (const QString& root : qAsConst(roots)) {
@@ -296,8 +299,9 @@ bool CProduct::IsInsideProductFolders(const QString& written) const
     return false;
 }
 
-void CProduct::RemoveFileList()
+QStringList CProduct::RemoveFileList()
 {
+    QStringList refused;
     for (const QString& entry : qAsConst(m_removeFiles)) {
         const QString target = InitRealPath(entry);
         if (target.isEmpty())
@@ -306,12 +310,14 @@ void CProduct::RemoveFileList()
             m_log.WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ") +
                                   entry + QStringLiteral(" -> ") + target,
                               false);
+            refused << target;
             continue;
         }
         // A failed deletion leaves the rest of the list to run.
         removeDir(target);
     }
     m_removeFiles.clear();
+    return refused;
 }
 
 QString CProduct::GetCycleInfoFile() const
@@ -395,7 +401,7 @@ QString CProduct::GetBackCycleVersion()
     return m_strBackCycleVersion;
 }
 
-bool CProduct::WriteUnknownBackupCycleInfoFile()
+bool CProduct::WriteUnknownBackupCycleInfoFile(QString* problem)
 {
     if (!CycleFolderExists())
         return false;
@@ -407,8 +413,12 @@ bool CProduct::WriteUnknownBackupCycleInfoFile()
         out.write(QByteArrayLiteral("AIRAC cycle    : unknown\r\nRevision       : \r\n"));
         out.close();
     } else {
-        m_log.WriteString(QStringLiteral("!!WARNING cannot write ") + file + QStringLiteral(": ") + out.errorString(),
-                          false);
+        const QString text = QStringLiteral("cannot write ") + file + QStringLiteral(": ") + out.errorString();
+        // A worker thread passes `problem`: the product's log belongs to the GUI thread.
+        if (problem)
+            *problem = text;
+        else
+            m_log.WriteString(QStringLiteral("!!WARNING ") + text, false);
     }
     // The caller only needs to know whether a placeholder was due.
     return true;

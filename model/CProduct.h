@@ -91,7 +91,9 @@ public:
     void AddInstallPath(QString text);
     void AddRemoveFilePath(QString text);
     static bool removeDir(const QString& path);
-    void RemoveFileList();
+    // Deletes the files of the remove-file list that lie inside the product's folders or its
+    // simulator folder; returns the resolved paths it refused.
+    QStringList RemoveFileList();
 
     // The cycle file.
     QString GetCycleInfoFile() const;
@@ -101,7 +103,7 @@ public:
     QString GetCycleVersion();
     QString GetBackCycleVersion();
     bool CheckExistCycleInfoFile() const;
-    bool WriteUnknownBackupCycleInfoFile();
+    bool WriteUnknownBackupCycleInfoFile(QString* problem = nullptr);
     bool UpdateCheckCycleVersion();
     bool CheckCycleVersion(QString cycle, QString revision);
 

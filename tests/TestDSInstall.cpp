@@ -205,7 +205,7 @@ private slots:
         QTest::newRow("read-only target folder")
             << "rofolder" << "Prod A" << -1 << "*" << "FileCopyThreadFinishedSlot" << true << QStringList();
         QTest::newRow("remove-file entry outside the product")
-            << "outside" << "Prod A" << 5 << success << "!!ERROR remove-file entry outside the product" << true
+            << "outside" << "Prod A" << 5 << "*" << "!!WARNING remove-file entry outside the product" << true
             << QStringList{"Prod A/NavData/obsolete.dat"};
         QTest::newRow("blanks, quotes and non-ASCII in the folder")
             << "" << QString::fromUtf8("Prod \"A\" 'Ü' \xe6\x97\xa5 x") << 5 << success << "FileCopyThreadFinishedSlot"

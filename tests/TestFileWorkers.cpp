@@ -68,10 +68,10 @@ QStringList snapshot(const QString& root, const QString& rel = QString())
     return lines;
 }
 
-bool finishes(QThread& thread)
+bool finishes(CFileWorkerThread& thread)
 {
-    QSignalSpy spy(&thread, SIGNAL(SignalFinished()));
-    thread.start();
+    QSignalSpy spy(&thread, &CFileWorkerThread::SignalFinished);
+    thread.Start(0);
     const bool ok = QTest::qWaitFor([&] { return spy.count() == 1; }, 30000);
     thread.wait();
     return ok;

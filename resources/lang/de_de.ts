@@ -71,6 +71,14 @@
         <source>Remove backup success</source>
         <translation>Backup erfolgreich gelöscht</translation>
     </message>
+    <message>
+        <source>not removed, outside the product:</source>
+        <translation>nicht entfernt, liegt außerhalb des Produkts:</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
 </context>
 <context>
     <name>CDataModel</name>

@@ -71,12 +71,20 @@
         <source>Remove backup success</source>
         <translation>Remove backup success</translation>
     </message>
+    <message>
+        <source>not removed, outside the product:</source>
+        <translation>not removed, outside the product:</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warning</translation>
+    </message>
 </context>
 <context>
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>CouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
+        <translation>CouldnCouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
     </message>
     <message>
         <source>Error! Init base</source>
@@ -84,7 +92,7 @@
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>CouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
+        <translation>CouldnCouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
@@ -92,7 +100,7 @@
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>CouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
+        <translation>CouldnCouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
     </message>
 </context>
 <context>
