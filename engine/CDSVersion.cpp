@@ -399,6 +399,9 @@ void CDSVersion::DownloadNextDataset()
     }
     const QString dataset = m_datasetQueue.at(m_iDownloadIndex);
     emit SignalDownloadDataset(dataset);
+    // A receiver of the announcement may have stopped the run.
+    if (!IsActiveRun(ERun::Download))
+        return;
     m_log.WriteString(QStringLiteral("#DownloadDataset: ") + dataset, false);
     if (!DownloadDataset(dataset))
         DownloadNextDataset();

@@ -45,6 +45,8 @@ bool CDSVersion::InstallProducts()
     if (product->GetInstallGroup())
         product->GetInstallGroup()->SetInstallState(QMK_STATE_INSTALL_RUN);
     emit SignalUnzippProduct(product->GetName());
+    if (!IsActiveRun(ERun::Install))
+        return true;
     m_log.WriteString(QStringLiteral("#Product-Update <") + product->GetName() + QLatin1Char('>'), false);
     QString error;
     if (!UnzippDataset(product, error)) {
@@ -82,6 +84,9 @@ void CDSVersion::UnzipNextProduct()
         emit SignalUnzippProduct(product->GetName());
         if (!product->GetUpdate())
             continue;
+        // A receiver of the announcement may have stopped the run.
+        if (!IsActiveRun(ERun::Install))
+            return;
 
         m_log.WriteString(QStringLiteral("#Product-Update <") + product->GetName() + QLatin1Char('>'), false);
         QString error;

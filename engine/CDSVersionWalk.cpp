@@ -166,6 +166,9 @@ bool CDSVersion::WalkProduct(Walk walk, CProduct* product, bool single)
     }
 
     announce();
+    // A receiver of the announcement may have stopped the run.
+    if (!IsActiveRun(reset ? ERun::Reset : ERun::RemoveBackup))
+        return true;
     if (reset) {
         m_log.WriteString(QStringLiteral("#Product-Reset <") + product->GetName() + QLatin1Char('>'), false);
         m_fileResetThread.Init(product);
@@ -214,7 +217,9 @@ void CDSVersion::WalkThreadFinished(Walk walk, CProduct* product, bool success)
             }
             product->SetInstallState(QMK_STATE_INSTALL_OK);
             if (CInstallGroup* group = product->GetInstallGroup()) {
+                // The group shares the folders, so every member is done with this one.
                 group->SetResetOrUpdateTrue(product);
+                group->SetInstallState(QMK_STATE_INSTALL_OK);
                 for (const QString& name : group->GetProdNames()) {
                     if (reset)
                         WriteResult(tr("Reset success") + QLatin1Char(' ') + name + QStringLiteral(" ( V. ") + cycle +

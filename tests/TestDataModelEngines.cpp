@@ -6,6 +6,7 @@
 #include "support/TestServer.h"
 
 #include <QDir>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace DatasetFiles;
@@ -21,13 +22,16 @@ private slots:
         QTest::addColumn<bool>("appAuto");
         QTest::addColumn<bool>("dsAuto");
         QTest::addColumn<QStringList>("requests");
-        QTest::addColumn<int>("state"); // of the product once everything is over
+        QTest::addColumn<int>("state");    // of the product once everything is over
+        QTest::addColumn<bool>("blocked"); // a folder stands where the application's version file goes
 
         const QString app = "/downloads/quillmark/mac_version.txt", ds = "/quillmark/versionList.txt";
-        QTest::newRow("both off: no request") << false << false << QStringList() << 4;
-        QTest::newRow("datasets only") << false << true << QStringList{ds} << 7;
-        QTest::newRow("application only, datasets set up after it") << true << false << QStringList{app} << 4;
-        QTest::newRow("application first, then datasets") << true << true << QStringList{app, ds} << 7;
+        QTest::newRow("both off: no request") << false << false << QStringList() << 4 << false;
+        QTest::newRow("datasets only") << false << true << QStringList{ds} << 7 << false;
+        QTest::newRow("application only, datasets set up after it") << true << false << QStringList{app} << 4 << false;
+        QTest::newRow("application first, then datasets") << true << true << QStringList{app, ds} << 7 << false;
+        QTest::newRow("application check cannot save its file, datasets follow")
+            << true << true << QStringList{ds} << 7 << true;
     }
 
     void startUp()
@@ -36,8 +40,11 @@ private slots:
         QFETCH(bool, dsAuto);
         QFETCH(QStringList, requests);
         QFETCH(int, state);
+        QFETCH(bool, blocked);
 
         TempAppDir app;
+        if (blocked)
+            QVERIFY(QDir().mkpath(app.path() + "/downloads/mac_version.txt"));
         QTemporaryDir serverRoot;
         writeFile(serverRoot.path() + "/quillmark/versionList.txt", "Revision: 1\n1801\n");
         TestServer http(serverRoot.path());
@@ -63,6 +70,7 @@ private slots:
                                   .toUtf8()));
 
         CDataModel model;
+        QSignalSpy appCheckOver(&model, &CDataModel::SignalDownloadVersionFinished);
         model.Init("1.2.3");
         CDSVersion* engine = model.GetDSVersion();
         // The dataset engine is set up in every case, after the application check if there is one.
@@ -82,6 +90,9 @@ private slots:
             if (!seen.contains(r.path))
                 seen << r.path;
         QCOMPARE(seen, requests);
+        QCOMPARE(appCheckOver.count(), appAuto ? 1 : 0);
+        if (blocked)
+            QVERIFY(app.readFile("log/log_qmkupdate.txt").contains("is in the way"));
         QCOMPARE(engine->GetServer(), http.hostAndPort());
         QCOMPARE(int(model.GetProductByName("P1")->GetInstallState()), state);
 

@@ -55,9 +55,16 @@ bool makeRelease(const QString& serverRoot)
     writeFile(base + "/readme.txt", "Quillmark 1.2.4\n");
     writeFile(base + "/qmk_au.app/Contents/MacOS/qmk_au", "#!/bin/sh\n", true);
     writeFile(base + "/VL_QUILLMARK_V124.app/Contents/MacOS/Quillmark", "new program");
+    // A framework as bundles hold them: its current version and its binary are links.
+    const QString framework = base + "/VL_QUILLMARK_V124.app/Contents/Frameworks/Q.framework";
+    writeFile(framework + "/Versions/A/Q", "framework code");
+    QFile::link("A", framework + "/Versions/Current");
+    QFile::link("Versions/Current/Q", framework + "/Q");
+    // A link that leads out of the release must arrive as a link, never as what it points at.
+    QFile::link("/etc", base + "/escape");
     QProcess zip;
     zip.setWorkingDirectory(work.path());
-    zip.start(QStringLiteral("zip"), {"-qr", ReleaseFolder + ".zip", ReleaseFolder});
+    zip.start(QStringLiteral("zip"), {"-qry", ReleaseFolder + ".zip", ReleaseFolder});
     if (!zip.waitForFinished(30000) || zip.exitCode() != 0)
         return false;
     const QString target = serverRoot + "/downloads/quillmark/" + ReleaseFolder + ".zip";
@@ -204,6 +211,13 @@ private slots:
         QVERIFY(!QFileInfo(downloads + "/qmk_au.app").isSymLink());
         QCOMPARE(QDir(outside.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList{"keep.txt"});
         QVERIFY(QFile::exists(downloads + "/readme.txt"));
+        const QString framework = downloads + "/VL_QUILLMARK_V124.app/Contents/Frameworks/Q.framework";
+        QCOMPARE(QFileInfo(framework + "/Versions/Current").symLinkTarget(), framework + "/Versions/A");
+        QCOMPARE(QFileInfo(framework + "/Q").symLinkTarget(), framework + "/Versions/Current/Q");
+        QCOMPARE(app.readFile("downloads/VL_QUILLMARK_V124.app/Contents/Frameworks/Q.framework/Q"),
+                 QByteArray("framework code"));
+        QVERIFY(QFileInfo(downloads + "/escape").isSymLink());
+        QCOMPARE(QFileInfo(downloads + "/escape").symLinkTarget(), QStringLiteral("/etc"));
         QVERIFY(!QFile::exists(downloads + "/" + ReleaseFolder));
         const QByteArray log = app.readFile("log/log_qmkupdate.txt");
         QVERIFY(log.contains("unzip \"" + engine.GetNewQMKVersionZipFilePath().toLocal8Bit() + "\" -d \"" +
