@@ -76,7 +76,7 @@
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>CouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
+        <translation>CouldnCouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
     </message>
     <message>
         <source>Error! Init base</source>
@@ -84,7 +84,7 @@
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>CouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
+        <translation>CouldnCouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>CouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
+        <translation>CouldnCouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
     </message>
 </context>
 <context>
@@ -142,6 +142,91 @@
     <message>
         <source>Update</source>
         <translation>Update</translation>
+    </message>
+</context>
+<context>
+    <name>DlgBase</name>
+    <message>
+        <source>About Quillmark</source>
+        <translation>About Quillmark</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished">Settings</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>DlgHelp</name>
+    <message>
+        <source>Quillmark %1</source>
+        <translation>Quillmark %1</translation>
+    </message>
+    <message>
+        <source>Quillmark keeps the navigation data (AIRAC cycles) of your flight-simulator add-ons up to date: it downloads the newest cycle, installs it with a backup of every replaced file, and can restore or remove those backups.</source>
+        <translation>Quillmark keeps the navigation data (AIRAC cycles) of your flight-simulator add-ons up to date: it downloads the newest cycle, installs it with a backup of every replaced file, and can restore or remove those backups.</translation>
+    </message>
+    <message>
+        <source>Server: %1</source>
+        <translation>Server: %1</translation>
+    </message>
+    <message>
+        <source>Settings: %1</source>
+        <translation>Settings: %1</translation>
+    </message>
+    <message>
+        <source>Logs: %1</source>
+        <translation>Logs: %1</translation>
+    </message>
+    <message>
+        <source>Open manual</source>
+        <translation>Open manual</translation>
+    </message>
+    <message>
+        <source>The manual %1 was not found.</source>
+        <translation>The manual %1 was not found.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished">Error</translation>
+    </message>
+    <message>
+        <source>No program to show %1 was found.</source>
+        <translation>No program to show %1 was found.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgVLSettings</name>
+    <message>
+        <source>Language:</source>
+        <translation>Language:</translation>
+    </message>
+    <message>
+        <source>Quillmark Update-Manager</source>
+        <translation>Quillmark Update-Manager</translation>
+    </message>
+    <message>
+        <source>AddOn-Dataset Update-Manager</source>
+        <translation>AddOn-Dataset Update-Manager</translation>
+    </message>
+    <message>
+        <source>auto update</source>
+        <translation>auto update</translation>
+    </message>
+    <message>
+        <source>run updater manually</source>
+        <translation>run updater manually</translation>
+    </message>
+    <message>
+        <source>Restore Quillmark default settings</source>
+        <translation>Restore Quillmark default settings</translation>
     </message>
 </context>
 <context>
