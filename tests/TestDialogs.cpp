@@ -17,10 +17,13 @@
 #include "ui/VlActionLabel.h"
 #include "ui/VlBigComboBox.h"
 #include "ui/VlCheckBox.h"
+#include "ui/VlFoldPane.h"
 #include "ui/VlPushButton.h"
 #include "ui/wdgBackupLocal.h"
 
+#include <QGridLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QProcess>
 #include <QScopedPointer>
@@ -171,6 +174,36 @@ private slots:
         }
         QCOMPARE(driver.count(), 2);
         QCOMPARE(stopsWhileOpen, (QList<bool>{false, false}));
+    }
+
+    void foldPaneGivesBackItsHeight()
+    {
+        CountingDlg dialog;
+        dialog.Init(nullptr, QStringLiteral("Fold"));
+        auto* pane = new VlFoldPane(&dialog);
+        pane->SetCaptions(QStringLiteral("Result"), QStringLiteral("Result"));
+        dialog.GetContentLayout()->addWidget(pane->GetShowButton(), 0, 0);
+        dialog.GetContentLayout()->addWidget(pane->GetHideButton(), 0, 0);
+        dialog.GetContentLayout()->addWidget(pane->GetPane(), 1, 0);
+        connect(pane, &VlFoldPane::SignalOpening, [pane] { pane->SetText(QStringLiteral(" + Alpha GNS\r\n")); });
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const int closedHeight = dialog.height();
+        const int width = dialog.width();
+
+        for (int round = 0; round < 2; ++round) {
+            QTest::mouseClick(pane->GetShowButton(), Qt::LeftButton);
+            QVERIFY(pane->IsOpen() && pane->GetPane()->isVisible() && pane->GetHideButton()->isVisible());
+            QVERIFY(!pane->GetShowButton()->isVisible());
+            QCOMPARE(pane->GetPane()->text(), QString(" + Alpha GNS\r\n"));
+            QCOMPARE(dialog.size(), QSize(width, closedHeight + round * 2 + VlFoldPane::kPaneHeight + 2));
+
+            QTest::mouseClick(pane->GetHideButton(), Qt::LeftButton);
+            QVERIFY(!pane->IsOpen() && !pane->GetPane()->isVisible() && pane->GetShowButton()->isVisible());
+            QVERIFY(pane->GetPane()->text().isEmpty());
+            // The two pixels of each opening stay, as the dialogs have always done.
+            QCOMPARE(dialog.size(), QSize(width, closedHeight + (round + 1) * 2));
+        }
     }
 
     void routeBuildsDialogsByPurpose_data()

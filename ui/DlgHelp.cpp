@@ -53,6 +53,12 @@ void DlgHelp::Init(CDataModel* model, QString title)
 
 QString DlgHelp::ManualPath()
 {
+    // A manual in the user's language ("Manual_de.pdf") wins over the English one when present.
+    const QString language = Application::GetTwoLetterLanguage();
+    const QString localised =
+        Application::st_strAppPath + QStringLiteral("/Manual_") + language + QStringLiteral(".pdf");
+    if (!language.isEmpty() && QFileInfo(localised).isFile())
+        return localised;
     return Application::st_strAppPath + QStringLiteral("/Manual.pdf");
 }
 

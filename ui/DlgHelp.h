@@ -16,7 +16,7 @@ public:
     void Init(CDataModel* model, QString title);
     void retranslate() override;
 
-    // The manual the build puts next to the program.
+    // The manual the build puts next to the program, in the current language when there is one.
     static QString ManualPath();
     QLabel* GetManualLink() const { return m_pManualLink; }
     QLabel* GetAboutText() const { return m_pAbout; }
