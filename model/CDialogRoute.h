@@ -27,7 +27,8 @@ class CDialogRoute
 {
 public:
     // Builds the dialog for a purpose, initialised with the data model and the title; null when
-    // the user interface has none for it.
+    // the user interface has none for it. Titles are passed untranslated (marked with
+    // QT_TRANSLATE_NOOP("DlgBase", ...)), so that the dialog can show them in any language.
     using Builder =
         std::function<QDialog*(EDlgPurpose purpose, CDataModel* model, const QString& title, QWidget* parent)>;
     // Receives each dialog once its modal loop runs. A dialog still open when the handler returns

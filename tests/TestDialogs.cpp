@@ -60,21 +60,38 @@ class TestDialogs : public QObject
 
     static QString caption(QWidget* actionButton) { return static_cast<CvlActionBtn*>(actionButton)->GetCaption(); }
 
-    // A main window on a sample catalogue in its own program folder; the settings file is quiet.
-    static QuillmarkMainWindow* makeWindow()
+    // A main window on the sample catalogue in its own program folder (quiet settings: no network),
+    // with its message boxes and dialogs taken by the test.
+    struct SampleRun
     {
-        auto* window = new QuillmarkMainWindow;
-        Application::mainWnd = window;
-        window->move(40, 30);
-        window->show();
-        return window;
-    }
+        MessageBoxSpy boxes;
+        TempAppDir app;
+        DialogDriver driver;
+        QScopedPointer<QuillmarkMainWindow> window;
 
-    static void clickActionButton(QuillmarkMainWindow* window, int index)
-    {
-        QWidget* button = window->GetActionButtons().at(index);
-        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
-    }
+        bool open()
+        {
+            if (!QFile::exists(app.filePath("bin/base_ini.xml")) && !SampleCatalogue::Small().WriteTo(app.path()))
+                return false;
+            window.reset(new QuillmarkMainWindow);
+            Application::mainWnd = window.data();
+            window->move(40, 30);
+            window->show();
+            return QTest::qWaitForWindowExposed(window.data());
+        }
+        // A normal end of the run: the window saves the settings.
+        void close()
+        {
+            window.reset();
+            Application::mainWnd = nullptr;
+        }
+        // Settings is button 3, Help button 4.
+        void click(int actionButton)
+        {
+            QWidget* button = window->GetActionButtons().at(actionButton);
+            QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
+        }
+    };
 
 private slots:
     void initTestCase()
@@ -222,38 +239,32 @@ private slots:
         QFETCH(int, button);
         QFETCH(QString, className);
         QFETCH(QString, title);
-        MessageBoxSpy boxes;
-        TempAppDir app;
-        QVERIFY(SampleCatalogue::Small().WriteTo(app.path()));
-        QScopedPointer<QuillmarkMainWindow> window(makeWindow());
-        DialogDriver driver;
+        SampleRun run;
+        QVERIFY(run.open());
         bool seen = false;
-        driver.then([&](QDialog* dialog) {
+        run.driver.then([&](QDialog* dialog) {
             seen = true;
             QCOMPARE(QString(dialog->metaObject()->className()), className);
-            QCOMPARE(dialog->parentWidget(), window.data());
+            QCOMPARE(dialog->parentWidget(), run.window.data());
             QVERIFY(dialog->isModal());
             QCOMPARE(static_cast<DlgBase*>(dialog)->GetTitleLabel()->text(), title);
         });
-        clickActionButton(window.data(), button);
+        run.click(button);
         QVERIFY(seen);
-        QCOMPARE(driver.titles(), QStringList{title});
+        QCOMPARE(run.driver.titles(), QStringList{title});
         // Purposes whose dialogs the user interface does not have are refused, not crashed on.
-        QCOMPARE(CDialogRoute::Run(EDlgPurpose::UpdateQuillmark, window->GetDataModel(), QStringLiteral("x")), -1);
-        QCOMPARE(boxes.count(), 0);
+        QCOMPARE(CDialogRoute::Run(EDlgPurpose::UpdateQuillmark, run.window->GetDataModel(), QStringLiteral("x")), -1);
+        QCOMPARE(run.boxes.count(), 0);
     }
 
     void languageSwitchesAtOnceAndSurvivesRestart()
     {
-        MessageBoxSpy boxes;
-        TempAppDir app;
-        QVERIFY(SampleCatalogue::Small().WriteTo(app.path()));
-        QScopedPointer<QuillmarkMainWindow> window(makeWindow());
-        DialogDriver driver;
+        SampleRun run;
+        QVERIFY(run.open());
         QStringList items;
         QString selected;
         QStringList german;
-        driver.then([&](QDialog* dialog) {
+        run.driver.then([&](QDialog* dialog) {
             auto* settings = static_cast<DlgVLSettings*>(dialog);
             VlBigComboBox* combo = settings->GetLanguageCombo();
             for (int i = 0; i < combo->count(); ++i)
@@ -263,9 +274,9 @@ private slots:
             QApplication::processEvents(); // the language change reaches every window as a posted event
             german << settings->GetTitleLabel()->text() << settings->GetRestoreButton()->text()
                    << settings->GetBackupPanel()->findChildren<QPushButton*>().at(0)->text()
-                   << caption(window->GetActionButtons().at(3)) << window->GetFilterCaption()->text();
+                   << caption(run.window->GetActionButtons().at(3)) << run.window->GetFilterCaption()->text();
         });
-        clickActionButton(window.data(), 3);
+        run.click(3);
         items.sort();
         QCOMPARE(items, (QStringList{"English (United States)", "German (Germany)"}));
         QCOMPARE(selected, QString("en_US"));
@@ -274,18 +285,18 @@ private slots:
         QCOMPARE(Application::GetLanguage(), QString("de_DE"));
 
         // The next run reads the choice back from the settings file.
-        window.reset();
+        run.close();
         Application::setLanguage(QStringLiteral("en_US"));
-        window.reset(makeWindow());
+        QVERIFY(run.open());
         QCOMPARE(Application::GetLanguage(), QString("de_DE"));
-        QCOMPARE(caption(window->GetActionButtons().at(4)), QString("Hilfe"));
+        QCOMPARE(caption(run.window->GetActionButtons().at(4)), QString("Hilfe"));
         QString preselected;
-        driver.then([&](QDialog* dialog) {
+        run.driver.then([&](QDialog* dialog) {
             preselected = static_cast<DlgVLSettings*>(dialog)->GetLanguageCombo()->currentData().toString();
         });
-        clickActionButton(window.data(), 3);
+        run.click(3);
         QCOMPARE(preselected, QString("de_DE"));
-        QCOMPARE(boxes.count(), 0);
+        QCOMPARE(run.boxes.count(), 0);
     }
 
     void autoUpdateBoxesReachSettingsFile_data()
@@ -301,12 +312,9 @@ private slots:
     {
         QFETCH(bool, quillmark);
         QFETCH(bool, datasets);
-        MessageBoxSpy boxes;
-        TempAppDir app;
-        QVERIFY(SampleCatalogue::Small().WriteTo(app.path()));
-        QScopedPointer<QuillmarkMainWindow> window(makeWindow());
-        DialogDriver driver;
-        driver.then([&](QDialog* dialog) {
+        SampleRun run;
+        QVERIFY(run.open());
+        run.driver.then([&](QDialog* dialog) {
             auto* settings = static_cast<DlgVLSettings*>(dialog);
             QVERIFY(!settings->GetQuillmarkAutoUpdate()->isChecked());
             QVERIFY(!settings->GetDatasetsAutoUpdate()->isChecked());
@@ -317,9 +325,9 @@ private slots:
                     QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
             QTest::mouseClick(settings->GetOkButton(), Qt::LeftButton);
         });
-        clickActionButton(window.data(), 3);
-        window.reset(); // a normal end writes the settings
-        const QByteArray saved = app.readFile(QStringLiteral("bin/prop_ini.xml"));
+        run.click(3);
+        run.close();
+        const QByteArray saved = run.app.readFile(QStringLiteral("bin/prop_ini.xml"));
         QVERIFY2(saved.contains("<QuillmarkAutoUpdate>" + QByteArray(quillmark ? "1" : "0") + "</QuillmarkAutoUpdate>"),
                  saved.constData());
         QVERIFY2(saved.contains("<DSAutoUpdate>" + QByteArray(datasets ? "1" : "0") + "</DSAutoUpdate>"),
@@ -420,25 +428,22 @@ private slots:
 
     void helpDialogLinksTheBuiltManual()
     {
-        MessageBoxSpy boxes;
-        TempAppDir app;
-        QVERIFY(SampleCatalogue::Small().WriteTo(app.path()));
-        QScopedPointer<QuillmarkMainWindow> window(makeWindow());
-        DialogDriver driver;
+        SampleRun run;
+        QVERIFY(run.open());
         QString link;
         QString about;
-        driver.then([&](QDialog* dialog) {
+        run.driver.then([&](QDialog* dialog) {
             auto* help = static_cast<DlgHelp*>(dialog);
             link = help->GetManualLink()->text();
             about = help->GetAboutText()->text();
         });
-        clickActionButton(window.data(), 4);
-        QVERIFY2(link.contains("href=\"" + QUrl::fromLocalFile(app.path() + "/Manual.pdf").toString() + "\""),
+        run.click(4);
+        QVERIFY2(link.contains("href=\"" + QUrl::fromLocalFile(run.app.path() + "/Manual.pdf").toString() + "\""),
                  qPrintable(link));
         QVERIFY(link.contains(">Open manual<"));
-        QVERIFY(about.contains(window->GetDataModel()->GetServer()));
-        QVERIFY(about.contains(app.path() + "/bin/prop_ini.xml"));
-        QVERIFY(about.contains(app.path() + "/log"));
+        QVERIFY(about.contains(run.window->GetDataModel()->GetServer()));
+        QVERIFY(about.contains(run.app.path() + "/bin/prop_ini.xml"));
+        QVERIFY(about.contains(run.app.path() + "/log"));
 
         // The build puts the manual next to the program, which the help dialog looks beside.
         const QString built = QCoreApplication::applicationDirPath() + "/../Manual.pdf";
