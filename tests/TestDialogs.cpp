@@ -7,6 +7,7 @@
 #include "support/MessageBoxSpy.h"
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
+#include "support/TestServer.h"
 #include "ui/CDialogFactory.h"
 #include "ui/CvlActionBtn.h"
 #include "ui/DlgBase.h"
@@ -332,6 +333,59 @@ private slots:
                  saved.constData());
         QVERIFY2(saved.contains("<DSAutoUpdate>" + QByteArray(datasets ? "1" : "0") + "</DSAutoUpdate>"),
                  saved.constData());
+    }
+
+    // Until their dialogs exist, the two buttons do what the data model does on its own; the
+    // application's button comes back once its check is over, whether it succeeded or not.
+    void manualRunsAskTheServer_data()
+    {
+        QTest::addColumn<bool>("serverFails");
+        QTest::newRow("server answers") << false;
+        QTest::newRow("server fails") << true;
+    }
+
+    void manualRunsAskTheServer()
+    {
+        QFETCH(bool, serverFails);
+        TestServer http;
+        http.addContent("/quillmark/versionList.txt", "Revision: 1\n1801\n");
+        http.addContent("/downloads/quillmark/mac_version.txt", "123");
+        if (serverFails)
+            http.failNext(100, TestServer::Fault::ServerError);
+        QVERIFY(http.start());
+        SampleRun run;
+        QVERIFY(SampleCatalogue::Small().WriteTo(run.app.path()));
+        QVERIFY(run.app.writeFile("bin/prop_ini.xml", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App>"
+                                                      "<DSAutoUpdate>0</DSAutoUpdate><QuillmarkAutoUpdate>0"
+                                                      "</QuillmarkAutoUpdate><Server>" +
+                                                          http.hostAndPort().toUtf8() + "</Server></App></data>\n"));
+        QVERIFY(run.open());
+        QCOMPARE(http.requestCount(), 0);
+
+        const auto paths = [&] {
+            QStringList seen;
+            for (const TestServer::Request& r : http.requests())
+                seen << r.path;
+            return seen;
+        };
+        run.driver.then([&](QDialog* dialog) {
+            auto* settings = static_cast<DlgVLSettings*>(dialog);
+            VlPushButton* application = settings->GetQuillmarkRunButton();
+            QTest::mouseClick(application, Qt::LeftButton);
+            QVERIFY(!application->isEnabled());
+            QTRY_VERIFY_WITH_TIMEOUT(application->isEnabled(), 20000);
+            QVERIFY(paths().contains("/downloads/quillmark/mac_version.txt"));
+
+            QSignalSpy searched(run.window->GetDataModel()->GetDSVersion(),
+                                &CDSVersion::SignalCheckHighVersionFinished);
+            QTest::mouseClick(settings->GetDatasetsRunButton(), Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(paths().contains("/quillmark/versionList.txt"), 20000);
+            if (!serverFails)
+                QVERIFY(searched.count() > 0 || searched.wait(20000));
+            QVERIFY(settings->isVisible());
+        });
+        run.click(3);
+        QCOMPARE(run.driver.count(), 1);
     }
 
     void closingStopsRunningBackupArchive()
