@@ -490,6 +490,8 @@ private slots:
             auto* help = static_cast<DlgHelp*>(dialog);
             link = help->GetManualLink()->text();
             about = help->GetAboutText()->text();
+            // This program folder has no manual: the user is told where it was looked for.
+            help->OpenManualSlot();
         });
         run.click(4);
         QVERIFY2(link.contains("href=\"" + QUrl::fromLocalFile(run.app.path() + "/Manual.pdf").toString() + "\""),
@@ -498,6 +500,8 @@ private slots:
         QVERIFY(about.contains(run.window->GetDataModel()->GetServer()));
         QVERIFY(about.contains(run.app.path() + "/bin/prop_ini.xml"));
         QVERIFY(about.contains(run.app.path() + "/log"));
+        QCOMPARE(run.boxes.count(), 1);
+        QCOMPARE(run.boxes.boxes().at(0).text, "The manual " + run.app.path() + "/Manual.pdf was not found.");
 
         // The build puts the manual next to the program, which the help dialog looks beside.
         const QString built = QCoreApplication::applicationDirPath() + "/../Manual.pdf";
