@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFont>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QMainWindow>
 #include <QScreen>
@@ -22,6 +23,7 @@ QString Application::st_strVersion;
 QMainWindow* Application::mainWnd = nullptr;
 QHash<QString, QTranslator*> Application::translators;
 QTranslator* Application::current = nullptr;
+QTranslator* Application::st_qtTranslator = nullptr;
 QString Application::m_strLanguage;
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv)
@@ -44,6 +46,7 @@ Application::~Application()
     // pass of the restart loop does not find dangling entries.
     translators.clear();
     current = nullptr;
+    st_qtTranslator = nullptr;
 }
 
 void Application::setApplicationVersionEx(const QString& v)
@@ -104,6 +107,24 @@ void Application::setLanguage(const QString& key)
     current = translators.value(key, nullptr);
     if (current)
         QCoreApplication::installTranslator(current);
+
+    // Qt's texts follow the program's: only for a language the program itself is translated to,
+    // so that a dialog never mixes two languages.
+    if (st_qtTranslator) {
+        QCoreApplication::removeTranslator(st_qtTranslator);
+        delete st_qtTranslator;
+        st_qtTranslator = nullptr;
+    }
+    if (current && QCoreApplication::instance()) {
+        auto* qt = new QTranslator(QCoreApplication::instance());
+        if (qt->load(QLocale(key), QStringLiteral("qtbase"), QStringLiteral("_"),
+                     QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+            st_qtTranslator = qt;
+            QCoreApplication::installTranslator(qt);
+        } else {
+            delete qt;
+        }
+    }
 }
 
 QStringList Application::availableLanguages()
@@ -127,6 +148,11 @@ QString Application::GetTwoLetterLanguage()
 QTranslator* Application::currentTranslator()
 {
     return current;
+}
+
+QTranslator* Application::qtTranslator()
+{
+    return st_qtTranslator;
 }
 
 void Application::registerResources()

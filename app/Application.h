@@ -39,6 +39,8 @@ public:
     static QString GetTwoLetterLanguage();
     // The translator currently installed, or null.
     static QTranslator* currentTranslator();
+    // The translator of Qt's own texts currently installed, or null.
+    static QTranslator* qtTranslator();
 
     // Makes the images and translations compiled into the library available.
     static void registerResources();
@@ -55,5 +57,7 @@ public:
 private:
     static QHash<QString, QTranslator*> translators;
     static QTranslator* current;
+    // Qt's own texts (file dialogs, message-box buttons) in the current language, or null.
+    static QTranslator* st_qtTranslator;
     static QString m_strLanguage;
 };

@@ -250,7 +250,7 @@ private slots:
         QTest::addColumn<QString>("categoryAll");
 
         QTest::newRow("english") << "en_US" << "Dataset-Filter" << "All" << "Settings" << "Ready" << "All";
-        QTest::newRow("german") << "de_DE" << "Datenfilter" << "Alle" << "Extras" << "Bereit"
+        QTest::newRow("german") << "de_DE" << "Datensatz-Filter" << "Alle" << "Einstellungen" << "Bereit"
                                 << "Alle";
     }
     // clang-format on

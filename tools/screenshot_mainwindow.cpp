@@ -1,9 +1,12 @@
-// Builds the main window offscreen on a program folder and saves it as mainwindow_en.png and
-// mainwindow_de.png.
+// Builds the main window offscreen on a program folder and saves it, and each of its dialogs, in
+// English and German: mainwindow_en.png, settings_en.png, help_en.png, then the same with _de.
+// The dialogs are opened the way a user opens them (their action buttons), through the dialog
+// route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER]
 // Without a program folder (or with "-") a sample catalogue in a temporary folder is used.
 #include "app/Application.h"
 #include "app/CMessageBox.h"
+#include "model/CDialogRoute.h"
 #include "model/CProduct.h"
 #include "support/SampleCatalogue.h"
 #include "ui/QuillmarkMainWindow.h"
@@ -11,8 +14,10 @@
 #include "ui/VlProdListLabel.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QLayout>
 #include <QPixmap>
 #include <QStyleFactory>
 #include <QTemporaryDir>
@@ -20,10 +25,20 @@
 #include <cstdio>
 
 namespace {
-bool save(QuillmarkMainWindow& window, const QString& path)
+// Lets posted layout requests and language changes run until the widgets stop moving.
+void settle(QWidget& widget)
 {
-    QApplication::processEvents();
-    const QPixmap shot = window.grab();
+    for (int i = 0; i < 5; ++i) {
+        QApplication::processEvents();
+        if (widget.layout())
+            widget.layout()->activate();
+    }
+}
+
+bool save(QWidget& widget, const QString& path)
+{
+    settle(widget);
+    const QPixmap shot = widget.grab();
     if (shot.isNull() || !shot.save(path)) {
         std::fprintf(stderr, "could not save %s\n", qPrintable(path));
         return false;
@@ -37,8 +52,9 @@ int main(int argc, char** argv)
 {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
     Application::registerResources();
+    // The program's own application object, so the pictures use its 10-point font.
+    Application app(argc, argv);
     // Offscreen nobody could close a box: print it instead.
     CMessageBox::setHandler([](QMessageBox::Icon, const QString& title, const QString& text) {
         std::fprintf(stderr, "message box \"%s\": %s\n", qPrintable(title), qPrintable(text));
@@ -83,9 +99,35 @@ int main(int argc, char** argv)
     if (!window.GetProdList()->GetCards().isEmpty())
         window.GetProdList()->GetCards().first()->ClickedShowCommandsButtonSlot();
 
-    bool ok = save(window, output + QStringLiteral("/mainwindow_en.png"));
-    Application::setLanguage(QStringLiteral("de_DE"));
-    ok = save(window, output + QStringLiteral("/mainwindow_de.png")) && ok;
+    bool ok = true;
+    QString currentFile;
+    CDialogRoute::SetHandler([&](QDialog* dialog) { ok = save(*dialog, currentFile) && ok; });
+    const struct
+    {
+        const char* suffix;
+        const char* key;
+    } languages[] = {{"en", "en_US"}, {"de", "de_DE"}};
+    for (const auto& language : languages) {
+        Application::setLanguage(QString::fromLatin1(language.key));
+        // The window re-flows its captions only once it is resized, as after a filter change.
+        settle(window);
+        window.resize(window.width() + 1, window.height());
+        settle(window);
+        window.resize(window.width() - 1, window.height());
+        const QString suffix = QLatin1Char('_') + QLatin1String(language.suffix) + QStringLiteral(".png");
+        ok = save(window, output + QStringLiteral("/mainwindow") + suffix) && ok;
+        const QList<QWidget*> buttons = window.GetActionButtons();
+        const struct
+        {
+            int button;
+            const char* name;
+        } dialogs[] = {{3, "settings"}, {4, "help"}};
+        for (const auto& dialog : dialogs) {
+            currentFile = output + QLatin1Char('/') + QLatin1String(dialog.name) + suffix;
+            QMetaObject::invokeMethod(buttons.at(dialog.button), "clickedSlot");
+        }
+    }
+    CDialogRoute::SetHandler(nullptr);
     Application::setLanguage(QStringLiteral("en_US"));
     Application::mainWnd = nullptr;
     return ok ? 0 : 1;

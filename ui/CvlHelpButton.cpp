@@ -1,5 +1,7 @@
 #include "ui/CvlHelpButton.h"
 
+#include "model/CDialogRoute.h"
+
 CvlHelpButton::CvlHelpButton(QWidget* parent, CDataModel* dataModel) : CvlActionBtn(parent, dataModel)
 {
     Init(QStringLiteral(":/images/Help.png"), QStringLiteral(":/images/HelpMove.png"), tr("Help"));
@@ -7,7 +9,7 @@ CvlHelpButton::CvlHelpButton(QWidget* parent, CDataModel* dataModel) : CvlAction
 
 void CvlHelpButton::clickedSlot()
 {
-    // Connected to its dialog once that dialog exists.
+    CDialogRoute::Run(EDlgPurpose::Help, m_pDataModel, QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "About Quillmark")));
 }
 
 void CvlHelpButton::retranslate()

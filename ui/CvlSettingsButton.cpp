@@ -1,5 +1,7 @@
 #include "ui/CvlSettingsButton.h"
 
+#include "model/CDialogRoute.h"
+
 CvlSettingsButton::CvlSettingsButton(QWidget* parent, CDataModel* dataModel) : CvlActionBtn(parent, dataModel)
 {
     Init(QStringLiteral(":/images/Settings.png"), QStringLiteral(":/images/SettingsMove.png"), tr("Settings"));
@@ -7,7 +9,7 @@ CvlSettingsButton::CvlSettingsButton(QWidget* parent, CDataModel* dataModel) : C
 
 void CvlSettingsButton::clickedSlot()
 {
-    // Connected to its dialog once that dialog exists.
+    CDialogRoute::Run(EDlgPurpose::Settings, m_pDataModel, QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "Settings")));
 }
 
 void CvlSettingsButton::retranslate()

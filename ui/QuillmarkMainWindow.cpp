@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "model/CCategory.h"
+#include "ui/CDialogFactory.h"
 #include "ui/CvlFilterCmb.h"
 #include "ui/CvlHelpButton.h"
 #include "ui/CvlRemoveBackupButton.h"
@@ -68,6 +69,8 @@ QImage transparentImage(const QSize& size)
 QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     : QMainWindow(parent, Qt::FramelessWindowHint | Qt::WindowSystemMenuHint)
 {
+    // The data model may ask for a dialog from its first step on.
+    CDialogFactory::Install();
     m_dataModel.Init(Application::st_strVersion);
     m_normalGeometry = QRect();
     m_dragPosition = QPoint(0, 0);

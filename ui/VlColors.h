@@ -12,4 +12,7 @@ public:
     static void SetTextColor(QWidget* widget, const QColor& color);
     static QColor PathOk() { return QColor(0, 100, 0); }
     static QColor PathBad() { return QColor(255, 0, 0); }
+    // Text on the dialogs' light background, and the same for errors.
+    static QColor DialogText() { return QColor(35, 35, 45); }
+    static QColor ErrorText() { return QColor(200, 0, 0); }
 };

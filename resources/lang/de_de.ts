@@ -128,28 +128,113 @@
     <name>CvlRemoveBackupButton</name>
     <message>
         <source>RemoveBackup</source>
-        <translation>Bereinigen</translation>
+        <translation>Backup löschen</translation>
     </message>
 </context>
 <context>
     <name>CvlResetButton</name>
     <message>
         <source>Reset</source>
-        <translation>Reset</translation>
+        <translation>Zurücksetzen</translation>
     </message>
 </context>
 <context>
     <name>CvlSettingsButton</name>
     <message>
         <source>Settings</source>
-        <translation>Extras</translation>
+        <translation>Einstellungen</translation>
     </message>
 </context>
 <context>
     <name>CvlUpdateButton</name>
     <message>
         <source>Update</source>
-        <translation>Update</translation>
+        <translation>Aktualisieren</translation>
+    </message>
+</context>
+<context>
+    <name>DlgBase</name>
+    <message>
+        <source>About Quillmark</source>
+        <translation>Über Quillmark</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>DlgHelp</name>
+    <message>
+        <source>Quillmark %1</source>
+        <translation>Quillmark %1</translation>
+    </message>
+    <message>
+        <source>Quillmark keeps the navigation data (AIRAC cycles) of your flight-simulator add-ons up to date: it downloads the newest cycle, installs it with a backup of every replaced file, and can restore or remove those backups.</source>
+        <translation>Quillmark hält die Navigationsdaten (AIRAC-Zyklen) Ihrer Flugsimulator-Add-ons aktuell: Es lädt den neuesten Zyklus herunter, installiert ihn mit einem Backup jeder ersetzten Datei und kann diese Backups zurückspielen oder löschen.</translation>
+    </message>
+    <message>
+        <source>Server: %1</source>
+        <translation>Server: %1</translation>
+    </message>
+    <message>
+        <source>Settings: %1</source>
+        <translation>Einstellungen: %1</translation>
+    </message>
+    <message>
+        <source>Logs: %1</source>
+        <translation>Protokolle: %1</translation>
+    </message>
+    <message>
+        <source>Open manual</source>
+        <translation>Handbuch öffnen</translation>
+    </message>
+    <message>
+        <source>The manual %1 was not found.</source>
+        <translation>Das Handbuch %1 wurde nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>No program to show %1 was found.</source>
+        <translation>Es wurde kein Programm gefunden, das %1 anzeigen kann.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgVLSettings</name>
+    <message>
+        <source>Language:</source>
+        <translation>Sprache:</translation>
+    </message>
+    <message>
+        <source>Quillmark Update-Manager</source>
+        <translation>Quillmark-Aktualisierung</translation>
+    </message>
+    <message>
+        <source>AddOn-Dataset Update-Manager</source>
+        <translation>Add-on-Datensätze aktualisieren</translation>
+    </message>
+    <message>
+        <source>auto update</source>
+        <translation>automatisch aktualisieren</translation>
+    </message>
+    <message>
+        <source>run updater manually</source>
+        <translation>jetzt nach Updates suchen</translation>
+    </message>
+    <message>
+        <source>Restore Quillmark default settings</source>
+        <translation>Quillmark-Standardeinstellungen wiederherstellen</translation>
     </message>
 </context>
 <context>
@@ -164,7 +249,7 @@
     </message>
     <message>
         <source>Dataset-Filter</source>
-        <translation>Datenfilter</translation>
+        <translation>Datensatz-Filter</translation>
     </message>
     <message>
         <source>Ready</source>
@@ -269,11 +354,11 @@
     </message>
     <message>
         <source>Dataset:</source>
-        <translation>Daten:</translation>
+        <translation>Datensatz:</translation>
     </message>
     <message>
         <source>Cycle:</source>
-        <translation>Stand:</translation>
+        <translation>Zyklus:</translation>
     </message>
     <message>
         <source>Update</source>
@@ -285,7 +370,7 @@
     </message>
     <message>
         <source>remove backup files</source>
-        <translation>Backup-Dateien löschen</translation>
+        <translation>Backup löschen</translation>
     </message>
     <message>
         <source>Commands</source>

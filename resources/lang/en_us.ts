@@ -153,6 +153,91 @@
     </message>
 </context>
 <context>
+    <name>DlgBase</name>
+    <message>
+        <source>About Quillmark</source>
+        <translation>About Quillmark</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation type="unfinished">Settings</translation>
+    </message>
+    <message>
+        <source>Ok</source>
+        <translation>Ok</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>DlgHelp</name>
+    <message>
+        <source>Quillmark %1</source>
+        <translation>Quillmark %1</translation>
+    </message>
+    <message>
+        <source>Quillmark keeps the navigation data (AIRAC cycles) of your flight-simulator add-ons up to date: it downloads the newest cycle, installs it with a backup of every replaced file, and can restore or remove those backups.</source>
+        <translation>Quillmark keeps the navigation data (AIRAC cycles) of your flight-simulator add-ons up to date: it downloads the newest cycle, installs it with a backup of every replaced file, and can restore or remove those backups.</translation>
+    </message>
+    <message>
+        <source>Server: %1</source>
+        <translation>Server: %1</translation>
+    </message>
+    <message>
+        <source>Settings: %1</source>
+        <translation>Settings: %1</translation>
+    </message>
+    <message>
+        <source>Logs: %1</source>
+        <translation>Logs: %1</translation>
+    </message>
+    <message>
+        <source>Open manual</source>
+        <translation>Open manual</translation>
+    </message>
+    <message>
+        <source>The manual %1 was not found.</source>
+        <translation>The manual %1 was not found.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished">Error</translation>
+    </message>
+    <message>
+        <source>No program to show %1 was found.</source>
+        <translation>No program to show %1 was found.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgVLSettings</name>
+    <message>
+        <source>Language:</source>
+        <translation>Language:</translation>
+    </message>
+    <message>
+        <source>Quillmark Update-Manager</source>
+        <translation>Quillmark Update-Manager</translation>
+    </message>
+    <message>
+        <source>AddOn-Dataset Update-Manager</source>
+        <translation>AddOn-Dataset Update-Manager</translation>
+    </message>
+    <message>
+        <source>auto update</source>
+        <translation>auto update</translation>
+    </message>
+    <message>
+        <source>run updater manually</source>
+        <translation>run updater manually</translation>
+    </message>
+    <message>
+        <source>Restore Quillmark default settings</source>
+        <translation>Restore Quillmark default settings</translation>
+    </message>
+</context>
+<context>
     <name>QuillmarkMainWindow</name>
     <message>
         <source>Quillmark</source>

@@ -1,0 +1,526 @@
+#include "app/Application.h"
+#include "engine/CDSVersion.h"
+#include "model/CDataModel.h"
+#include "model/CDialogRoute.h"
+#include "support/DatasetFiles.h"
+#include "support/DialogDriver.h"
+#include "support/MessageBoxSpy.h"
+#include "support/SampleCatalogue.h"
+#include "support/TempAppDir.h"
+#include "support/TestServer.h"
+#include "ui/CDialogFactory.h"
+#include "ui/CvlActionBtn.h"
+#include "ui/DlgBase.h"
+#include "ui/DlgHelp.h"
+#include "ui/DlgVLSettings.h"
+#include "ui/QuillmarkMainWindow.h"
+#include "ui/SystemButton.h"
+#include "ui/VlActionLabel.h"
+#include "ui/VlBigComboBox.h"
+#include "ui/VlCheckBox.h"
+#include "ui/VlFoldPane.h"
+#include "ui/VlPushButton.h"
+#include "ui/wdgBackupLocal.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QProcess>
+#include <QScopedPointer>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace DatasetFiles;
+
+// Counts how often its work is stopped, and how.
+class CountingDlg : public DlgBase
+{
+public:
+    using DlgBase::DlgBase;
+    QList<bool> stops;
+    void CloseDlg(bool ok) override { stops << ok; }
+};
+
+// The dialog base, the settings and help dialogs, and the route every dialog is run through.
+class TestDialogs : public QObject
+{
+    Q_OBJECT
+
+    // Delivered to the widget under the point, as the platform would.
+    static void sendMouse(QWidget* window, QEvent::Type type, const QPoint& local, Qt::MouseButtons buttons)
+    {
+        QWidget* target = window->childAt(local);
+        if (!target)
+            target = window;
+        const QPoint global = window->mapToGlobal(local);
+        QMouseEvent event(type, target->mapFromGlobal(global), global,
+                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
+        QApplication::sendEvent(target, &event);
+    }
+
+    static QString caption(QWidget* actionButton) { return static_cast<CvlActionBtn*>(actionButton)->GetCaption(); }
+
+    // A main window on the sample catalogue in its own program folder (quiet settings: no network),
+    // with its message boxes and dialogs taken by the test.
+    struct SampleRun
+    {
+        MessageBoxSpy boxes;
+        TempAppDir app;
+        DialogDriver driver;
+        QScopedPointer<QuillmarkMainWindow> window;
+
+        bool open()
+        {
+            if (!QFile::exists(app.filePath("bin/base_ini.xml")) && !SampleCatalogue::Small().WriteTo(app.path()))
+                return false;
+            window.reset(new QuillmarkMainWindow);
+            Application::mainWnd = window.data();
+            window->move(40, 30);
+            window->show();
+            return QTest::qWaitForWindowExposed(window.data());
+        }
+        // A normal end of the run: the window saves the settings.
+        void close()
+        {
+            window.reset();
+            Application::mainWnd = nullptr;
+        }
+        // Settings is button 3, Help button 4.
+        void click(int actionButton)
+        {
+            QWidget* button = window->GetActionButtons().at(actionButton);
+            QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
+        }
+    };
+
+private slots:
+    void initTestCase()
+    {
+        Application::registerResources();
+        Application::loadTranslations(QStringLiteral(":/lang"));
+        Application::setLanguage(QStringLiteral("en_US"));
+    }
+
+    void cleanup()
+    {
+        Application::setLanguage(QStringLiteral("en_US"));
+        Application::mainWnd = nullptr;
+    }
+
+    void dragsByTitleBandOnly_data()
+    {
+        QTest::addColumn<int>("pressY");
+        QTest::addColumn<bool>("moves");
+        QTest::newRow("top edge") << 0 << true;
+        QTest::newRow("last row of the band") << 39 << true;
+        QTest::newRow("first row below the band") << 40 << false;
+        QTest::newRow("among the controls") << 120 << false;
+    }
+
+    void dragsByTitleBandOnly()
+    {
+        QFETCH(int, pressY);
+        QFETCH(bool, moves);
+        QWidget parent;
+        parent.setGeometry(100, 80, 900, 700);
+        parent.show();
+        CountingDlg dialog(&parent);
+        dialog.Init(nullptr, QStringLiteral("Drag"));
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+
+        const QPoint parentCentre = parent.mapToGlobal(parent.rect().center());
+        QCOMPARE(dialog.pos(), parentCentre - QPoint(dialog.width() / 2, dialog.height() / 2));
+
+        const QPoint before = dialog.pos();
+        const QPoint press(150, pressY);
+        sendMouse(&dialog, QEvent::MouseButtonPress, press, Qt::LeftButton);
+        sendMouse(&dialog, QEvent::MouseMove, press + QPoint(0, 0), Qt::LeftButton);
+        const QPoint global = dialog.mapToGlobal(press) + QPoint(35, 25);
+        QMouseEvent move(QEvent::MouseMove, dialog.mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&dialog, &move);
+        sendMouse(&dialog, QEvent::MouseButtonRelease, dialog.mapFromGlobal(global), Qt::NoButton);
+        QCOMPARE(dialog.pos(), moves ? before + QPoint(35, 25) : before);
+    }
+
+    void everyWayOutStopsOnce_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::addColumn<bool>("ok");
+        QTest::newRow("Ok") << "ok" << true;
+        QTest::newRow("Cancel") << "cancel" << false;
+        QTest::newRow("close button") << "closebutton" << false;
+        QTest::newRow("Escape") << "escape" << false;
+        QTest::newRow("window manager") << "wm" << false;
+        QTest::newRow("caller's done()") << "done" << true;
+    }
+
+    void everyWayOutStopsOnce()
+    {
+        QFETCH(QString, way);
+        QFETCH(bool, ok);
+        DialogDriver driver;
+        CountingDlg dialog;
+        dialog.Init(nullptr, QStringLiteral("Ways"));
+        QList<bool> stopsWhileOpen;
+        for (int opening = 1; opening <= 2; ++opening) {
+            driver.then([&](QDialog*) {
+                stopsWhileOpen << !dialog.stops.isEmpty();
+                if (way == "ok")
+                    QTest::mouseClick(dialog.GetOkButton(), Qt::LeftButton);
+                else if (way == "cancel")
+                    QTest::mouseClick(dialog.GetCancelButton(), Qt::LeftButton);
+                else if (way == "closebutton")
+                    QTest::mouseClick(dialog.GetCloseButton(), Qt::LeftButton, Qt::NoModifier,
+                                      dialog.GetCloseButton()->rect().center());
+                else if (way == "escape")
+                    QTest::keyClick(&dialog, Qt::Key_Escape);
+                else if (way == "wm")
+                    dialog.close();
+                else
+                    dialog.done(QDialog::Accepted);
+                // A second request to close the same opening stops nothing more.
+                dialog.close();
+            });
+            dialog.stops.clear();
+            const int result = CDialogRoute::Exec(&dialog);
+            QVERIFY(!dialog.isVisible());
+            QCOMPARE(dialog.stops, QList<bool>{ok});
+            QCOMPARE(result, ok ? int(QDialog::Accepted) : int(QDialog::Rejected));
+        }
+        QCOMPARE(driver.count(), 2);
+        QCOMPARE(stopsWhileOpen, (QList<bool>{false, false}));
+    }
+
+    void foldPaneGivesBackItsHeight()
+    {
+        CountingDlg dialog;
+        dialog.Init(nullptr, QStringLiteral("Fold"));
+        auto* pane = new VlFoldPane(&dialog);
+        pane->SetCaptions(QStringLiteral("Result"), QStringLiteral("Result"));
+        dialog.GetContentLayout()->addWidget(pane->GetShowButton(), 0, 0);
+        dialog.GetContentLayout()->addWidget(pane->GetHideButton(), 0, 0);
+        dialog.GetContentLayout()->addWidget(pane->GetPane(), 1, 0);
+        connect(pane, &VlFoldPane::SignalOpening, [pane] { pane->SetText(QStringLiteral(" + Alpha GNS\r\n")); });
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const int closedHeight = dialog.height();
+        const int width = dialog.width();
+
+        for (int round = 0; round < 2; ++round) {
+            QTest::mouseClick(pane->GetShowButton(), Qt::LeftButton);
+            QVERIFY(pane->IsOpen() && pane->GetPane()->isVisible() && pane->GetHideButton()->isVisible());
+            QVERIFY(!pane->GetShowButton()->isVisible());
+            QCOMPARE(pane->GetPane()->text(), QString(" + Alpha GNS\r\n"));
+            QCOMPARE(dialog.size(), QSize(width, closedHeight + round * 2 + VlFoldPane::kPaneHeight + 2));
+
+            QTest::mouseClick(pane->GetHideButton(), Qt::LeftButton);
+            QVERIFY(!pane->IsOpen() && !pane->GetPane()->isVisible() && pane->GetShowButton()->isVisible());
+            QVERIFY(pane->GetPane()->text().isEmpty());
+            // The two pixels of each opening stay, as the dialogs have always done.
+            QCOMPARE(dialog.size(), QSize(width, closedHeight + (round + 1) * 2));
+        }
+    }
+
+    void routeBuildsDialogsByPurpose_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<QString>("className");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("Settings") << 3 << "DlgVLSettings"
+                                  << "Settings";
+        QTest::newRow("Help") << 4 << "DlgHelp"
+                              << "About Quillmark";
+    }
+
+    void routeBuildsDialogsByPurpose()
+    {
+        QFETCH(int, button);
+        QFETCH(QString, className);
+        QFETCH(QString, title);
+        SampleRun run;
+        QVERIFY(run.open());
+        bool seen = false;
+        run.driver.then([&](QDialog* dialog) {
+            seen = true;
+            QCOMPARE(QString(dialog->metaObject()->className()), className);
+            QCOMPARE(dialog->parentWidget(), run.window.data());
+            QVERIFY(dialog->isModal());
+            QCOMPARE(static_cast<DlgBase*>(dialog)->GetTitleLabel()->text(), title);
+        });
+        run.click(button);
+        QVERIFY(seen);
+        QCOMPARE(run.driver.titles(), QStringList{title});
+        // Purposes whose dialogs the user interface does not have are refused, not crashed on.
+        QCOMPARE(CDialogRoute::Run(EDlgPurpose::UpdateQuillmark, run.window->GetDataModel(), QStringLiteral("x")), -1);
+        QCOMPARE(run.boxes.count(), 0);
+    }
+
+    void languageSwitchesAtOnceAndSurvivesRestart()
+    {
+        SampleRun run;
+        QVERIFY(run.open());
+        QStringList items;
+        QString selected;
+        QStringList german;
+        run.driver.then([&](QDialog* dialog) {
+            auto* settings = static_cast<DlgVLSettings*>(dialog);
+            VlBigComboBox* combo = settings->GetLanguageCombo();
+            for (int i = 0; i < combo->count(); ++i)
+                items << combo->itemText(i);
+            selected = combo->currentData().toString();
+            combo->setCurrentIndex(combo->findData(QStringLiteral("de_DE")));
+            QApplication::processEvents(); // the language change reaches every window as a posted event
+            german << settings->GetTitleLabel()->text() << settings->GetRestoreButton()->text()
+                   << settings->GetBackupPanel()->findChildren<QPushButton*>().at(0)->text()
+                   << caption(run.window->GetActionButtons().at(3)) << run.window->GetFilterCaption()->text();
+        });
+        run.click(3);
+        items.sort();
+        QCOMPARE(items, (QStringList{"English (United States)", "German (Germany)"}));
+        QCOMPARE(selected, QString("en_US"));
+        QCOMPARE(german, (QStringList{"Einstellungen", "Quillmark-Standardeinstellungen wiederherstellen",
+                                      "Backup erstellen", "Einstellungen", "Datensatz-Filter"}));
+        QCOMPARE(Application::GetLanguage(), QString("de_DE"));
+
+        // The next run reads the choice back from the settings file.
+        run.close();
+        Application::setLanguage(QStringLiteral("en_US"));
+        QVERIFY(run.open());
+        QCOMPARE(Application::GetLanguage(), QString("de_DE"));
+        QCOMPARE(caption(run.window->GetActionButtons().at(4)), QString("Hilfe"));
+        QString preselected;
+        run.driver.then([&](QDialog* dialog) {
+            preselected = static_cast<DlgVLSettings*>(dialog)->GetLanguageCombo()->currentData().toString();
+        });
+        run.click(3);
+        QCOMPARE(preselected, QString("de_DE"));
+        QCOMPARE(run.boxes.count(), 0);
+    }
+
+    void autoUpdateBoxesReachSettingsFile_data()
+    {
+        QTest::addColumn<bool>("quillmark");
+        QTest::addColumn<bool>("datasets");
+        QTest::newRow("both on") << true << true;
+        QTest::newRow("only the application") << true << false;
+        QTest::newRow("only the datasets") << false << true;
+    }
+
+    void autoUpdateBoxesReachSettingsFile()
+    {
+        QFETCH(bool, quillmark);
+        QFETCH(bool, datasets);
+        SampleRun run;
+        QVERIFY(run.open());
+        run.driver.then([&](QDialog* dialog) {
+            auto* settings = static_cast<DlgVLSettings*>(dialog);
+            QVERIFY(!settings->GetQuillmarkAutoUpdate()->isChecked());
+            QVERIFY(!settings->GetDatasetsAutoUpdate()->isChecked());
+            // On the box itself: a wide check box reacts only to its box and its text.
+            for (VlCheckBox* box : {quillmark ? settings->GetQuillmarkAutoUpdate() : nullptr,
+                                    datasets ? settings->GetDatasetsAutoUpdate() : nullptr})
+                if (box)
+                    QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
+            QTest::mouseClick(settings->GetOkButton(), Qt::LeftButton);
+        });
+        run.click(3);
+        run.close();
+        const QByteArray saved = run.app.readFile(QStringLiteral("bin/prop_ini.xml"));
+        QVERIFY2(saved.contains("<QuillmarkAutoUpdate>" + QByteArray(quillmark ? "1" : "0") + "</QuillmarkAutoUpdate>"),
+                 saved.constData());
+        QVERIFY2(saved.contains("<DSAutoUpdate>" + QByteArray(datasets ? "1" : "0") + "</DSAutoUpdate>"),
+                 saved.constData());
+    }
+
+    // Until their dialogs exist, the two buttons do what the data model does on its own; the
+    // application's button comes back once its check is over, whether it succeeded or not.
+    void manualRunsAskTheServer_data()
+    {
+        QTest::addColumn<bool>("serverFails");
+        QTest::newRow("server answers") << false;
+        QTest::newRow("server fails") << true;
+    }
+
+    void manualRunsAskTheServer()
+    {
+        QFETCH(bool, serverFails);
+        TestServer http;
+        http.addContent("/quillmark/versionList.txt", "Revision: 1\n1801\n");
+        http.addContent("/downloads/quillmark/mac_version.txt", "123");
+        if (serverFails)
+            http.failNext(100, TestServer::Fault::ServerError);
+        QVERIFY(http.start());
+        SampleRun run;
+        QVERIFY(SampleCatalogue::Small().WriteTo(run.app.path()));
+        QVERIFY(run.app.writeFile("bin/prop_ini.xml", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App>"
+                                                      "<DSAutoUpdate>0</DSAutoUpdate><QuillmarkAutoUpdate>0"
+                                                      "</QuillmarkAutoUpdate><Server>" +
+                                                          http.hostAndPort().toUtf8() + "</Server></App></data>\n"));
+        QVERIFY(run.open());
+        QCOMPARE(http.requestCount(), 0);
+
+        const auto paths = [&] {
+            QStringList seen;
+            for (const TestServer::Request& r : http.requests())
+                seen << r.path;
+            return seen;
+        };
+        run.driver.then([&](QDialog* dialog) {
+            auto* settings = static_cast<DlgVLSettings*>(dialog);
+            VlPushButton* application = settings->GetQuillmarkRunButton();
+            QTest::mouseClick(application, Qt::LeftButton);
+            QVERIFY(!application->isEnabled());
+            QTRY_VERIFY_WITH_TIMEOUT(application->isEnabled(), 20000);
+            QVERIFY(paths().contains("/downloads/quillmark/mac_version.txt"));
+
+            QSignalSpy searched(run.window->GetDataModel()->GetDSVersion(),
+                                &CDSVersion::SignalCheckHighVersionFinished);
+            QTest::mouseClick(settings->GetDatasetsRunButton(), Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(paths().contains("/quillmark/versionList.txt"), 20000);
+            if (!serverFails)
+                QVERIFY(searched.count() > 0 || searched.wait(20000));
+            QVERIFY(settings->isVisible());
+        });
+        run.click(3);
+        QCOMPARE(run.driver.count(), 1);
+    }
+
+    void closingStopsRunningBackupArchive()
+    {
+        MessageBoxSpy boxes;
+        TempAppDir app;
+        QTemporaryDir work;
+        CDataModel model;
+        CDSVersion* engine = model.GetDSVersion();
+        engine->Init("1.0");
+        QVERIFY(writeFile(engine->GetCycleDirectory() + "/versionList.txt", "Revision: 2\nAIRAC 1802\n"));
+        writeRandomTree(engine->GetCycleDirectory(), 5, 3);
+
+        // A zip that writes part of its archive beside the target, as the real one does, then hangs.
+        ToolPath tools;
+        const QString pidFile = work.path() + "/zip.pid";
+        QVERIFY(tools.addScript("zip", "#!/bin/sh\nprintf 'PK partial' > \"$(dirname \"$2\")/zi000001\"\necho $$ > \"" +
+                                           pidFile.toUtf8() + "\"\nexec sleep 60\n"));
+        const QString archive = work.path() + "/Quillmark_1802_2.zip";
+        const auto previousHook =
+            wdgBackupLocal::setFileDialogHook([&](QWidget*, const wdgBackupLocal::FileRequest&) { return archive; });
+
+        QSignalSpy finished(engine, &CDSVersion::SignalZipBackProcessFinished);
+        QScopedPointer<QDialog> dialog(CDialogFactory::Build(EDlgPurpose::Settings, &model, "Settings", nullptr));
+        DialogDriver driver;
+        QString pid;
+        driver.then([&](QDialog*) {
+            auto* settings = static_cast<DlgVLSettings*>(dialog.data());
+            QPushButton* create = nullptr;
+            for (QPushButton* button : settings->GetBackupPanel()->findChildren<QPushButton*>())
+                if (button->text() == "Create backup")
+                    create = button;
+            QVERIFY(create);
+            QTest::mouseClick(create, Qt::LeftButton);
+            QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
+            pid = QString::fromUtf8(readFile(pidFile)).trimmed();
+            QVERIFY(QFileInfo::exists("/proc/" + pid));
+            QTest::mouseClick(settings->GetCloseButton(), Qt::LeftButton, Qt::NoModifier,
+                              settings->GetCloseButton()->rect().center());
+        });
+        CDialogRoute::Exec(dialog.data());
+        wdgBackupLocal::setFileDialogHook(previousHook);
+
+        QVERIFY(!pid.isEmpty());
+        QTRY_VERIFY(!QFileInfo::exists("/proc/" + pid));
+        QVERIFY(!QFileInfo::exists(archive));
+        QVERIFY(!finished.wait(300));
+        QCOMPARE(QDir::currentPath(), QDir(Application::st_strAppPath).absolutePath());
+        QVERIFY(app.readFile("log/log_dsupdate.txt").contains("StopZipBackProcess"));
+        QCOMPARE(boxes.count(), 0);
+    }
+
+    void restoreDefaultsRestartsInSameProcess()
+    {
+        TempAppDir app;
+        SampleCatalogue catalogue = SampleCatalogue::Small();
+        QVERIFY(catalogue.WriteTo(app.path()));
+        // The user's own choices: German, and one more product selected than the catalogue has.
+        QVERIFY(app.writeFile("bin/prop_ini.xml", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>\n<App>"
+                                                  "<Language>de_DE</Language></App>\n<products><name>Alpha GNS</name>"
+                                                  "<update>true</update></products>\n</data>\n"));
+        QProcess probe;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("LC_ALL", "C");
+        env.insert("QT_QPA_PLATFORM", "offscreen");
+        probe.setProcessEnvironment(env);
+        probe.start(QCoreApplication::applicationDirPath() + "/probe_restore_defaults", {app.path()});
+        QVERIFY(probe.waitForFinished(60000));
+        const QString out = QString::fromLocal8Bit(probe.readAllStandardOutput());
+        QCOMPARE(probe.exitCode(), 0);
+        const QStringList lines = out.split('\n', Qt::SkipEmptyParts);
+        const QStringList expected{
+            "pass 0 pid P language de_DE Alpha GNS selected 1",
+            "restore enabled 1",
+            "restore enabled 0 settings file 0",
+            "pass 1 pid P language en_US Alpha GNS selected 0",
+            "restore enabled 1",
+            "loop returned 0",
+        };
+        QStringList normalised;
+        for (QString line : lines)
+            if (QRegularExpression("^(pass|restore|loop|box) ").match(line).hasMatch())
+                normalised << line.replace(QRegularExpression(" pid \\d+"), " pid P");
+        QVERIFY2(normalised == expected, qPrintable(normalised.join(QLatin1Char('|'))));
+        const QStringList passes = lines.filter(QRegularExpression("^pass "));
+        QCOMPARE(passes.size(), 2);
+        QCOMPARE(passes.at(0).section(' ', 3, 3), passes.at(1).section(' ', 3, 3));
+        // The new run ends normally and writes the defaults.
+        const QByteArray saved = app.readFile("bin/prop_ini.xml");
+        QVERIFY2(saved.contains("<Language>en_US</Language>") &&
+                     saved.contains("<name>Alpha GNS</name>\n        <update>false</update>"),
+                 saved.constData());
+    }
+
+    void helpDialogLinksTheBuiltManual()
+    {
+        SampleRun run;
+        QVERIFY(run.open());
+        QString link;
+        QString about;
+        run.driver.then([&](QDialog* dialog) {
+            auto* help = static_cast<DlgHelp*>(dialog);
+            link = help->GetManualLink()->text();
+            about = help->GetAboutText()->text();
+            // This program folder has no manual: the user is told where it was looked for.
+            help->OpenManualSlot();
+        });
+        run.click(4);
+        QVERIFY2(link.contains("href=\"" + QUrl::fromLocalFile(run.app.path() + "/Manual.pdf").toString() + "\""),
+                 qPrintable(link));
+        QVERIFY(link.contains(">Open manual<"));
+        QVERIFY(about.contains(run.window->GetDataModel()->GetServer()));
+        QVERIFY(about.contains(run.app.path() + "/bin/prop_ini.xml"));
+        QVERIFY(about.contains(run.app.path() + "/log"));
+        QCOMPARE(run.boxes.count(), 1);
+        QCOMPARE(run.boxes.boxes().at(0).text, "The manual " + run.app.path() + "/Manual.pdf was not found.");
+
+        // The build puts the manual next to the program, which the help dialog looks beside.
+        const QString built = QCoreApplication::applicationDirPath() + "/../Manual.pdf";
+        const QByteArray pdf = readFile(built);
+        QVERIFY2(pdf.startsWith("%PDF-"), qPrintable(built));
+        const int pages = pdf.count("/Type /Page\n") + pdf.count("/Type /Page ") + pdf.count("/Type /Page>");
+        QVERIFY2(pages >= 6, qPrintable(QString::number(pages)));
+        QVERIFY(pdf.contains("/Subtype /Image"));
+    }
+
+    void qtOwnTextsFollowTheLanguage()
+    {
+        Application::setLanguage(QStringLiteral("de_DE"));
+        QVERIFY(Application::qtTranslator());
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), QString("Abbrechen"));
+        Application::setLanguage(QStringLiteral("en_US"));
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), QString("Cancel"));
+    }
+};
+
+QTEST_MAIN(TestDialogs)
+#include "TestDialogs.moc"
