@@ -1,7 +1,8 @@
 // Builds the main window offscreen on a program folder and saves it as mainwindow_en.png and
 // mainwindow_de.png.
-// Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER]
-// Without a program folder (or with "-") a sample catalogue in a temporary folder is used.
+// Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
+// Without a program folder (or with "-") a sample catalogue in a temporary folder is used. With
+// sizes, one pair of pictures per size is saved as mainwindow_<language>_<size>.png instead.
 #include "app/Application.h"
 #include "app/CMessageBox.h"
 #include "model/CProduct.h"
@@ -14,6 +15,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPixmap>
+#include <QSize>
 #include <QStyleFactory>
 #include <QTemporaryDir>
 
@@ -22,7 +24,9 @@
 namespace {
 bool save(QuillmarkMainWindow& window, const QString& path)
 {
-    QApplication::processEvents();
+    // A changed text re-lays out one level of widgets per pass of posted events.
+    for (int i = 0; i < 20; ++i)
+        QApplication::processEvents();
     const QPixmap shot = window.grab();
     if (shot.isNull() || !shot.save(path)) {
         std::fprintf(stderr, "could not save %s\n", qPrintable(path));
@@ -73,19 +77,36 @@ int main(int argc, char** argv)
     Application::loadTranslations(QStringLiteral(":/lang"));
     Application::setLanguage(QStringLiteral("en_US"));
 
+    QList<QSize> sizes;
+    for (int i = 3; i < argc; ++i) {
+        const QStringList wh = QString::fromLocal8Bit(argv[i]).split(QLatin1Char('x'));
+        if (wh.size() == 2)
+            sizes << QSize(wh.at(0).toInt(), wh.at(1).toInt());
+    }
+    const bool named = !sizes.isEmpty();
+    if (!named)
+        sizes << QSize(1000, 840);
+
     QuillmarkMainWindow window;
     Application::mainWnd = &window;
-    // The offscreen screen is small; show the window at its designed size.
+    // The offscreen screen is small; show the window at the sizes asked for.
     window.setMinimumSize(0, 0);
-    window.resize(1000, 840);
+    window.resize(sizes.first());
     window.show();
     // One card with its commands open, so that the picture shows them too.
     if (!window.GetProdList()->GetCards().isEmpty())
         window.GetProdList()->GetCards().first()->ClickedShowCommandsButtonSlot();
 
-    bool ok = save(window, output + QStringLiteral("/mainwindow_en.png"));
-    Application::setLanguage(QStringLiteral("de_DE"));
-    ok = save(window, output + QStringLiteral("/mainwindow_de.png")) && ok;
+    bool ok = true;
+    for (const QSize& size : qAsConst(sizes)) {
+        window.resize(size);
+        const QString suffix =
+            named ? QStringLiteral("_%1x%2.png").arg(size.width()).arg(size.height()) : QStringLiteral(".png");
+        Application::setLanguage(QStringLiteral("en_US"));
+        ok = save(window, output + QStringLiteral("/mainwindow_en") + suffix) && ok;
+        Application::setLanguage(QStringLiteral("de_DE"));
+        ok = save(window, output + QStringLiteral("/mainwindow_de") + suffix) && ok;
+    }
     Application::setLanguage(QStringLiteral("en_US"));
     Application::mainWnd = nullptr;
     return ok ? 0 : 1;
