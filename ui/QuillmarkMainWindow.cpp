@@ -312,7 +312,11 @@ QLabel* QuillmarkMainWindow::CreateMiddleLabel()
     m_pCatScroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     auto* cats = new QWidget;
     cats->setAutoFillBackground(false);
-    cats->setLayout(CreateCatsLayout());
+    // The buttons keep their natural spacing at the top, however high the column is.
+    QGridLayout* catsTop = grid0(QMargins());
+    catsTop->addLayout(CreateCatsLayout(), 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    catsTop->setRowStretch(1, 1);
+    cats->setLayout(catsTop);
     m_pCatScroll->setWidget(cats);
     cats->setAutoFillBackground(false); // the scroll area turned it on
     m_pCatScroll->setMinimumWidth(cats->sizeHint().width() + m_pCatScroll->verticalScrollBar()->sizeHint().width());

@@ -18,13 +18,13 @@
 #include <QDir>
 #include <QEvent>
 #include <QFontMetrics>
-#include <QResizeEvent>
 #include <QFrame>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
+#include <QResizeEvent>
 
 namespace {
 // Indexed by install state - 1.
@@ -475,6 +475,10 @@ void VlProdLabel::FitTexts()
                                       qMax(titleRoom - m_pTitle->contentsMargins().left(), 1));
     if (m_pTitle->text() != title)
         m_pTitle->setText(title);
+    const QString dataset = wrapToWidth(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"),
+                                        m_pDataset->fontMetrics(), qMax(room, 1));
+    if (m_pDataset->text() != dataset)
+        m_pDataset->setText(dataset);
     const QString cycle = wrapToWidth(m_strCycle, m_pCycle->fontMetrics(), qMax(room, 1), QStringLiteral(", "));
     if (m_pCycle->text() != cycle)
         m_pCycle->setText(cycle);
