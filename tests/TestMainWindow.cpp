@@ -22,10 +22,13 @@
 #include <QScopedPointer>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
+
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTranslator>
+#include <algorithm>
 
 // Answers every text with a marked version, so that a caption left untranslated stands out.
 class MarkingTranslator : public QTranslator
@@ -509,6 +512,75 @@ private slots:
             QVERIFY(static_cast<VlCatLabel*>(target)->IsSelected());
             QCOMPARE(m_window->GetProdList()->GetCategoryName(), category);
             QCOMPARE(m_window->GetCatProps()->GetShownName(), category);
+        }
+    }
+
+    // clang-format off
+    void longListBuildsCardsWhereSeen_data()
+    {
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<int>("dataset"); // filter entry
+        QTest::newRow("all") << "All" << 0;
+        QTest::newRow("one category") << "X-Plane 11" << 0;
+        QTest::newRow("one dataset") << "All" << 3;
+        QTest::newRow("selected only") << "Selected" << 0;
+    }
+    // clang-format on
+
+    void longListBuildsCardsWhereSeen()
+    {
+        QFETCH(QString, category);
+        QFETCH(int, dataset);
+        m_window.reset();
+        const int count = 400;
+        SampleCatalogue catalogue = SampleCatalogue::Generated(count);
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), m_app->filePath(QStringLiteral("xp11")));
+        QVERIFY(catalogue.WriteTo(m_app->path()));
+        m_window.reset(new QuillmarkMainWindow);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
+        QTest::mouseClick(m_window->GetCategoryButton(category), Qt::LeftButton);
+        m_window->GetFilter()->setCurrentIndex(dataset);
+        settle();
+
+        VlProdListLabel* list = m_window->GetProdList();
+        QVERIFY2(list->GetBuiltCardCount() < 40, qPrintable(QString::number(list->GetBuiltCardCount())));
+        QStringList expected; // the products that pass, in catalogue order
+        const QString datasetName = dataset == 0 ? QString() : m_window->GetFilter()->itemText(dataset);
+        for (int i = 0; i < count; ++i) {
+            const SampleCatalogue::Product& p = catalogue.products.at(i);
+            if ((category == QLatin1String("All") ||
+                 (category == QLatin1String("Selected") ? p.update : p.category == category)) &&
+                (datasetName.isEmpty() || p.dataset == datasetName))
+                expected << p.name;
+        }
+
+        // Wherever the list is scrolled to, the cards there are built and lie edge to edge in order,
+        // and the last one ends the list.
+        QScrollBar* bar = list->GetScrollArea()->verticalScrollBar();
+        QWidget* viewport = list->GetScrollArea()->viewport();
+        for (int position : {0, bar->maximum() / 2, bar->maximum()}) {
+            bar->setValue(position);
+            settle();
+            QList<VlProdLabel*> seen;
+            for (VlProdLabel* card : list->GetScrollArea()->widget()->findChildren<VlProdLabel*>())
+                if (!card->isHidden() && card->geometry().translated(0, -bar->value()).intersects(viewport->rect()))
+                    seen << card;
+            std::sort(seen.begin(), seen.end(), [](VlProdLabel* a, VlProdLabel* b) { return a->y() < b->y(); });
+            QVERIFY(!seen.isEmpty());
+            // The viewport is covered from its top to its bottom, or to the end of the list.
+            QVERIFY(seen.first()->y() <= bar->value());
+            const int first = expected.indexOf(seen.first()->GetProduct()->GetName());
+            for (int i = 0; i < seen.size(); ++i) {
+                QCOMPARE(seen.at(i)->GetProduct()->GetName(), expected.value(first + i));
+                QCOMPARE(seen.at(i)->width(), viewport->width());
+                if (i > 0)
+                    QCOMPARE(seen.at(i)->y(), seen.at(i - 1)->geometry().bottom() + 1);
+            }
+            if (position == bar->maximum())
+                QCOMPARE(seen.last()->GetProduct()->GetName(), expected.last());
+            if (seen.last()->GetProduct()->GetName() == expected.last())
+                QCOMPARE(seen.last()->geometry().bottom() + 1, list->GetScrollArea()->widget()->minimumHeight());
         }
     }
 

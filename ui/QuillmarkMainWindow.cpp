@@ -619,6 +619,9 @@ void QuillmarkMainWindow::mouseMoveEvent(QMouseEvent* event)
 void QuillmarkMainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
+    // Nothing is focused at first, so no button shows a keyboard mark until Tab is pressed.
+    if (!focusWidget())
+        setFocus(Qt::OtherFocusReason);
     PaintAll();
     // Whatever the filter showed before, the list starts unfiltered; keep the combo in step.
     if (m_pFilter->currentIndex() != 0)

@@ -457,7 +457,7 @@ void VlProdLabel::UpdateVersionLabel()
 
 void VlProdLabel::FitTexts()
 {
-    if (!m_pTitle || !m_pCycle)
+    if (!m_pTitle || !m_pCycle || !m_pOuterFrame)
         return;
     // Room of the two middle columns: the card less its frames, margins and the two outer columns.
     int first = 70;
@@ -482,6 +482,10 @@ void VlProdLabel::FitTexts()
     const QString cycle = wrapToWidth(m_strCycle, m_pCycle->fontMetrics(), qMax(room, 1), QStringLiteral(", "));
     if (m_pCycle->text() != cycle)
         m_pCycle->setText(cycle);
+    // The list reads the card's height from its size hint right away, before any layout pass.
+    m_pUpperFrame->updateGeometry();
+    m_pOuterFrame->updateGeometry();
+    updateGeometry();
 }
 
 QString VlProdLabel::GetPathText() const
