@@ -72,7 +72,9 @@ else
         echo "Set another port with QMK_DEMO_PORT=NNNNN $0 --fresh" >&2
         exit 1
     fi
-    echo "Demo server: http://127.0.0.1:$port/ serving $demo/server (stops with the program)"
+    when="stops with the program"
+    [ $server_only -eq 1 ] && when="stops with Ctrl+C"
+    echo "Demo server: http://127.0.0.1:$port/ serving $demo/server ($when)"
 fi
 
 if [ $run_update -eq 1 ]; then
@@ -83,7 +85,6 @@ fi
 if [ $server_only -eq 1 ]; then
     [ -n "$server_pid" ] || { echo "Nothing to run: the demo server was already running."; exit 0; }
     echo "Start Quillmark against this demo server (as often as you like): $demo/app/Quillmark"
-    echo "Ctrl+C stops the demo server."
     wait "$server_pid"
     exit 0
 fi
