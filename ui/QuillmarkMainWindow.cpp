@@ -589,14 +589,12 @@ void QuillmarkMainWindow::PlaceFilter()
         m_pProductGrid->removeWidget(m_pFilterBox);
         m_pFilterBox->setParent(m_pRightHeader);
         m_pHeaderFilterGrid->addWidget(m_pFilterBox, 0, 0, Qt::AlignLeft);
-        m_pProductGrid->setContentsMargins(0, 0, 13, 15);
     } else {
         // Too narrow for filter and buttons side by side: the filter goes right above the list it
         // filters, and the buttons keep the header to themselves.
         m_pHeaderFilterGrid->removeWidget(m_pFilterBox);
         m_pFilterBox->setParent(m_pProductGrid->parentWidget());
         m_pProductGrid->addWidget(m_pFilterBox, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
-        m_pProductGrid->setContentsMargins(0, 0, 13, 15);
     }
     m_pFilterBox->show();
 }
