@@ -10,6 +10,7 @@
 #include "ui/VlActionLabel.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlCatPropsLabel.h"
+#include "ui/VlCategoryTitleLabel.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
 
@@ -243,6 +244,16 @@ private slots:
         // The path row only belongs to simulator categories.
         QLineEdit* path = m_window->GetCatProps()->findChild<QLineEdit*>();
         QCOMPARE(path->isVisible(), selected.startsWith(QLatin1String("X-Plane")));
+
+        // A category that cannot be chosen does not look as if it could: a faded title, no hand.
+        VlCatLabel* pressed = m_window->GetCategoryButton(click);
+        auto titleColour = [](VlCatLabel* button) {
+            return button->findChild<VlCategoryTitleLabel*>()->palette().color(QPalette::WindowText);
+        };
+        const bool faded = titleColour(pressed).lightness() >
+                           titleColour(m_window->GetCategoryButton(QStringLiteral("All"))).lightness() + 60;
+        QCOMPARE(faded, !pressed->isEnabled());
+        QCOMPARE(pressed->cursor().shape() == Qt::PointingHandCursor, pressed->isEnabled());
     }
 
     void filterChangeKeepsSize()

@@ -310,6 +310,7 @@ QLabel* QuillmarkMainWindow::CreateMiddleLabel()
     m_pCatScroll->setWidgetResizable(true);
     m_pCatScroll->viewport()->setAutoFillBackground(false);
     m_pCatScroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    m_pCatScroll->setFocusPolicy(Qt::NoFocus); // its buttons take the focus, and it follows them
     auto* cats = new QWidget;
     cats->setAutoFillBackground(false);
     // The buttons keep their natural spacing at the top, however high the column is.
