@@ -97,22 +97,14 @@ class TestMainWindow : public QObject
     // area it lies in scrolls) inside the window.
     void checkWhole(const QWidget* w, const QString& what, QStringList& problems, bool scrolls = false) const
     {
-        const QSize hint = w->sizeHint();
-        if (w->width() < hint.width() || w->height() < hint.height())
-            problems << QStringLiteral("%1 squeezed to %2x%3 of %4x%5")
-                            .arg(what)
-                            .arg(w->width())
-                            .arg(w->height())
-                            .arg(hint.width())
-                            .arg(hint.height());
-        const QRect r = inWindow(w);
-        if (!scrolls && !m_window->rect().contains(r))
-            problems << QStringLiteral("%1 outside the window at %2,%3 %4x%5")
-                            .arg(what)
-                            .arg(r.x())
-                            .arg(r.y())
-                            .arg(r.width())
-                            .arg(r.height());
+        auto text = [](const QRect& r) {
+            return QStringLiteral("%1,%2 %3x%4").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
+        };
+        if (w->width() < w->sizeHint().width() || w->height() < w->sizeHint().height())
+            problems << what + QStringLiteral(" squeezed to ") + text(w->rect()) + QStringLiteral(" of ") +
+                            text(QRect(QPoint(), w->sizeHint()));
+        if (!scrolls && !m_window->rect().contains(inWindow(w)))
+            problems << what + QStringLiteral(" outside the window at ") + text(inWindow(w));
     }
 
     static void checkApart(const QRect& a, const QRect& b, const QString& what, QStringList& problems)
