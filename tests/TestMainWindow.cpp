@@ -1,4 +1,5 @@
 #include "app/Application.h"
+#include "model/CProduct.h"
 #include "support/MessageBoxSpy.h"
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
@@ -9,9 +10,11 @@
 #include "ui/VlActionLabel.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlCatPropsLabel.h"
+#include "ui/VlCategoryTitleLabel.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QGuiApplication>
 #include <QLineEdit>
@@ -20,9 +23,13 @@
 #include <QScopedPointer>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
+
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTranslator>
+#include <algorithm>
 
 // Answers every text with a marked version, so that a caption left untranslated stands out.
 class MarkingTranslator : public QTranslator
@@ -57,6 +64,54 @@ class TestMainWindow : public QObject
     }
 
     static QString caption(QWidget* button) { return static_cast<CvlActionBtn*>(button)->GetCaption(); }
+
+    // A catalogue as shipped: no "All" or "Selected" category, long product and dataset names.
+    void rebuildWithLongNames()
+    {
+        m_window.reset();
+        SampleCatalogue catalogue = SampleCatalogue::Small();
+        catalogue.categories = QStringList{QStringLiteral("X-Plane 10"), QStringLiteral("X-Plane 11")};
+        catalogue.datasets << QStringLiteral("orbital_route_planner");
+        catalogue.products.prepend(
+            {QStringLiteral("Kestrel Avionics KX-900 Flight Management System"),
+             QStringLiteral("orbital_route_planner"),
+             QStringLiteral("$SimPath\\Aircraft\\Kestrel Avionics KX-900\\plugins\\navigation data"),
+             QStringLiteral("X-Plane 11"), true});
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), m_app->filePath(QStringLiteral("xp11")));
+        QVERIFY(catalogue.WriteTo(m_app->path()));
+        m_window.reset(new QuillmarkMainWindow);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
+    }
+
+    // Each changed text re-lays out one level of widgets per pass of posted events.
+    static void settle()
+    {
+        for (int i = 0; i < 30; ++i)
+            QApplication::processEvents();
+    }
+
+    QRect inWindow(const QWidget* w) const { return QRect(w->mapTo(m_window.data(), QPoint(0, 0)), w->size()); }
+
+    // A widget shows all it has to show: not squeezed below its preferred size, and (unless the
+    // area it lies in scrolls) inside the window.
+    void checkWhole(const QWidget* w, const QString& what, QStringList& problems, bool scrolls = false) const
+    {
+        auto text = [](const QRect& r) {
+            return QStringLiteral("%1,%2 %3x%4").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
+        };
+        if (w->width() < w->sizeHint().width() || w->height() < w->sizeHint().height())
+            problems << what + QStringLiteral(" squeezed to ") + text(w->rect()) + QStringLiteral(" of ") +
+                            text(QRect(QPoint(), w->sizeHint()));
+        if (!scrolls && !m_window->rect().contains(inWindow(w)))
+            problems << what + QStringLiteral(" outside the window at ") + text(inWindow(w));
+    }
+
+    static void checkApart(const QRect& a, const QRect& b, const QString& what, QStringList& problems)
+    {
+        if (a.intersects(b))
+            problems << what + QStringLiteral(" overlap");
+    }
 
 private slots:
     void initTestCase()
@@ -181,6 +236,16 @@ private slots:
         // The path row only belongs to simulator categories.
         QLineEdit* path = m_window->GetCatProps()->findChild<QLineEdit*>();
         QCOMPARE(path->isVisible(), selected.startsWith(QLatin1String("X-Plane")));
+
+        // A category that cannot be chosen does not look as if it could: a faded title, no hand.
+        VlCatLabel* pressed = m_window->GetCategoryButton(click);
+        auto titleColour = [](VlCatLabel* button) {
+            return button->findChild<VlCategoryTitleLabel*>()->palette().color(QPalette::WindowText);
+        };
+        const bool faded = titleColour(pressed).lightness() >
+                           titleColour(m_window->GetCategoryButton(QStringLiteral("All"))).lightness() + 60;
+        QCOMPARE(faded, !pressed->isEnabled());
+        QCOMPARE(pressed->cursor().shape() == Qt::PointingHandCursor, pressed->isEnabled());
     }
 
     void filterChangeKeepsSize()
@@ -311,6 +376,215 @@ private slots:
         QApplication::processEvents();
         QCOMPARE(m_window->GetFilterCaption()->text(), QStringLiteral("Dataset-Filter"));
         QVERIFY2(plain.isEmpty(), qPrintable(plain.join(QStringLiteral("; "))));
+    }
+
+    // clang-format off
+    void nothingCutAtScreenSizes_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QString>("language");
+        for (const QSize& size : {QSize(800, 600), QSize(900, 700), QSize(1000, 840), QSize(1920, 1080)})
+            for (const char* language : {"en_US", "de_DE"})
+                QTest::newRow(qPrintable(QStringLiteral("%1x%2 %3").arg(size.width()).arg(size.height()).arg(language)))
+                    << size << QString::fromLatin1(language);
+    }
+    // clang-format on
+
+    void nothingCutAtScreenSizes()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QString, language);
+        rebuildWithLongNames();
+        // Every card with its commands open: the widest a card's right column gets.
+        for (VlProdLabel* card : m_window->GetProdList()->GetCards())
+            card->ClickedShowCommandsButtonSlot();
+        Application::setLanguage(language);
+        m_window->setMinimumSize(0, 0); // the test screen may be smaller than the sizes checked
+        m_window->resize(size);
+        settle();
+        QCOMPARE(m_window->size(), size);
+
+        QStringList problems;
+        // Header: every action button whole, in order, clear of the filter, the right margin kept.
+        const QList<QWidget*> buttons = m_window->GetActionButtons();
+        for (int i = 0; i < buttons.size(); ++i) {
+            checkWhole(buttons.at(i), caption(buttons.at(i)), problems);
+            if (i > 0)
+                checkApart(inWindow(buttons.at(i - 1)), inWindow(buttons.at(i)), caption(buttons.at(i)), problems);
+        }
+        if (inWindow(buttons.last()).right() > m_window->width() - 15)
+            problems << QStringLiteral("no margin right of the last action button");
+        CvlFilterCmb* filter = m_window->GetFilter();
+        checkWhole(filter, QStringLiteral("filter"), problems);
+        checkWhole(m_window->GetFilterCaption(), QStringLiteral("filter caption"), problems);
+        for (QWidget* button : buttons)
+            checkApart(inWindow(filter).united(inWindow(m_window->GetFilterCaption())), inWindow(button),
+                       QStringLiteral("filter and ") + caption(button), problems);
+        int longest = 0;
+        for (int i = 0; i < filter->count(); ++i)
+            longest = qMax(longest, filter->fontMetrics().horizontalAdvance(filter->itemText(i)));
+        if (filter->width() < longest + 20)
+            problems << QStringLiteral("filter narrower than its longest dataset name");
+
+        // Category column: every button and its title whole, one below the other.
+        const QList<VlCatLabel*> categories = m_window->GetCategoryButtons();
+        for (int i = 0; i < categories.size(); ++i) {
+            VlCatLabel* button = categories.at(i);
+            checkWhole(button, button->GetName(), problems, true);
+            for (QLabel* label : button->findChildren<QLabel*>())
+                if (label->isVisibleTo(button) &&
+                    (!label->text().isEmpty() || !label->pixmap(Qt::ReturnByValue).isNull()))
+                    checkWhole(label, button->GetName() + QStringLiteral(" part"), problems, true);
+            if (i > 0 && inWindow(categories.at(i - 1)).bottom() >= inWindow(button).top())
+                problems << button->GetName() + QStringLiteral(" overlaps the button above");
+        }
+
+        // Cards: name, category, dataset and cycle whole and apart; the path shows its start.
+        for (VlProdLabel* card : m_window->GetProdList()->GetCards()) {
+            if (!card->GetVisible())
+                continue;
+            const QString name = card->GetProduct()->GetName();
+            QList<QWidget*> texts;
+            for (QLabel* label : card->findChildren<QLabel*>())
+                if (label->isVisibleTo(card) && !label->text().isEmpty())
+                    texts << label;
+            for (QAbstractButton* b : card->findChildren<QAbstractButton*>())
+                if (b->isVisibleTo(card))
+                    texts << b;
+            for (int i = 0; i < texts.size(); ++i) {
+                checkWhole(texts.at(i), name + QStringLiteral(": ") + texts.at(i)->metaObject()->className(), problems,
+                           true);
+                if (inWindow(texts.at(i)).right() > inWindow(card).right())
+                    problems << name + QStringLiteral(": text beyond the card's right edge");
+                for (int j = 0; j < i; ++j)
+                    checkApart(inWindow(texts.at(j)), inWindow(texts.at(i)), name + QStringLiteral(": two texts"),
+                               problems);
+            }
+            QLineEdit* path = card->findChild<QLineEdit*>();
+            if (path->cursorPosition() != 0)
+                problems << name + QStringLiteral(": path scrolled away from its start");
+        }
+        problems.removeDuplicates();
+        QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QStringLiteral("\n"))));
+    }
+
+    // clang-format off
+    void keyboardReachesAndPresses_data()
+    {
+        QTest::addColumn<int>("action");    // index of the action button, -1 for a category
+        QTest::addColumn<QString>("category");
+        QTest::newRow("update") << 0 << "";
+        QTest::newRow("reset") << 1 << "";
+        QTest::newRow("remove backup") << 2 << "";
+        QTest::newRow("settings") << 3 << "";
+        QTest::newRow("help") << 4 << "";
+        QTest::newRow("category x-plane 10") << -1 << "X-Plane 10";
+        QTest::newRow("category selected, not a catalogue category") << -1 << "Selected";
+    }
+    // clang-format on
+
+    void keyboardReachesAndPresses()
+    {
+        QFETCH(int, action);
+        QFETCH(QString, category);
+        rebuildWithLongNames();
+        m_window->resize(800, 600);
+        QApplication::setActiveWindow(m_window.data());
+        QVERIFY(QTest::qWaitForWindowActive(m_window.data()));
+        QWidget* target = action >= 0 ? m_window->GetActionButtons().at(action) : m_window->GetCategoryButton(category);
+        // The buttons open modal dialogs; here it is enough that they are pressed.
+        CvlActionBtn* button = action >= 0 ? static_cast<CvlActionBtn*>(target) : nullptr;
+        if (button)
+            QVERIFY(disconnect(button, &CvlActionBtn::clicked, button, &CvlActionBtn::clickedSlot));
+
+        QSet<QWidget*> reached;
+        for (int i = 0; i < 200 && QApplication::focusWidget() != target; ++i) {
+            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : m_window.data(), Qt::Key_Tab);
+            reached << QApplication::focusWidget();
+        }
+        QCOMPARE(QApplication::focusWidget(), target);
+        for (VlCatLabel* disabled : m_window->GetCategoryButtons())
+            if (!disabled->isEnabled())
+                QVERIFY2(!reached.contains(disabled), qPrintable(disabled->GetName()));
+
+        QSignalSpy pressed(target, SIGNAL(clicked()));
+        QTest::keyClick(target, Qt::Key_Space);
+        if (button) {
+            QCOMPARE(pressed.size(), 1);
+        } else {
+            QVERIFY(static_cast<VlCatLabel*>(target)->IsSelected());
+            QCOMPARE(m_window->GetProdList()->GetCategoryName(), category);
+            QCOMPARE(m_window->GetCatProps()->GetShownName(), category);
+        }
+    }
+
+    // clang-format off
+    void longListBuildsCardsWhereSeen_data()
+    {
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<int>("dataset"); // filter entry
+        QTest::newRow("all") << "All" << 0;
+        QTest::newRow("one category") << "X-Plane 11" << 0;
+        QTest::newRow("one dataset") << "All" << 3;
+        QTest::newRow("selected only") << "Selected" << 0;
+    }
+    // clang-format on
+
+    void longListBuildsCardsWhereSeen()
+    {
+        QFETCH(QString, category);
+        QFETCH(int, dataset);
+        m_window.reset();
+        const int count = 400;
+        SampleCatalogue catalogue = SampleCatalogue::Generated(count);
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), m_app->filePath(QStringLiteral("xp11")));
+        QVERIFY(catalogue.WriteTo(m_app->path()));
+        m_window.reset(new QuillmarkMainWindow);
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
+        QTest::mouseClick(m_window->GetCategoryButton(category), Qt::LeftButton);
+        m_window->GetFilter()->setCurrentIndex(dataset);
+        settle();
+
+        VlProdListLabel* list = m_window->GetProdList();
+        QVERIFY2(list->GetBuiltCardCount() < 40, qPrintable(QString::number(list->GetBuiltCardCount())));
+        QStringList expected; // the products that pass, in catalogue order
+        const QString datasetName = dataset == 0 ? QString() : m_window->GetFilter()->itemText(dataset);
+        for (int i = 0; i < count; ++i) {
+            const SampleCatalogue::Product& p = catalogue.products.at(i);
+            if ((category == QLatin1String("All") ||
+                 (category == QLatin1String("Selected") ? p.update : p.category == category)) &&
+                (datasetName.isEmpty() || p.dataset == datasetName))
+                expected << p.name;
+        }
+
+        // Wherever the list is scrolled to, the cards there are built and lie edge to edge in order,
+        // and the last one ends the list.
+        QScrollBar* bar = list->GetScrollArea()->verticalScrollBar();
+        QWidget* viewport = list->GetScrollArea()->viewport();
+        for (int position : {0, bar->maximum() / 2, bar->maximum()}) {
+            bar->setValue(position);
+            settle();
+            QList<VlProdLabel*> seen;
+            for (VlProdLabel* card : list->GetScrollArea()->widget()->findChildren<VlProdLabel*>())
+                if (!card->isHidden() && card->geometry().translated(0, -bar->value()).intersects(viewport->rect()))
+                    seen << card;
+            std::sort(seen.begin(), seen.end(), [](VlProdLabel* a, VlProdLabel* b) { return a->y() < b->y(); });
+            QVERIFY(!seen.isEmpty());
+            // The viewport is covered from its top to its bottom, or to the end of the list.
+            QVERIFY(seen.first()->y() <= bar->value());
+            const int first = expected.indexOf(seen.first()->GetProduct()->GetName());
+            for (int i = 0; i < seen.size(); ++i) {
+                QCOMPARE(seen.at(i)->GetProduct()->GetName(), expected.value(first + i));
+                QCOMPARE(seen.at(i)->width(), viewport->width());
+                if (i > 0)
+                    QCOMPARE(seen.at(i)->y(), seen.at(i - 1)->geometry().bottom() + 1);
+            }
+            if (position == bar->maximum())
+                QCOMPARE(seen.last()->GetProduct()->GetName(), expected.last());
+            if (seen.last()->GetProduct()->GetName() == expected.last())
+                QCOMPARE(seen.last()->geometry().bottom() + 1, list->GetScrollArea()->widget()->minimumHeight());
+        }
     }
 
     void openCommandsKeepLastCardReachable()

@@ -438,6 +438,38 @@ private slots:
         QVERIFY(shown->isVisible());
         QVERIFY(!hidden->isVisible());
     }
+
+    // clang-format off
+    void stateIconSaysWhy_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("newCycle");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QString>("expected"); // part of the tool tip
+
+        QTest::newRow("server not reached beside an installed cycle") << 4 << "" << "" << "version server was not reached";
+        QTest::newRow("target known, not installed") << 4 << "1802" << "" << "Not installed:";
+        QTest::newRow("failed names its reason") << 6 << "1802" << "unzip ended with an error" << "Failed: unzip ended with an error";
+        QTest::newRow("failed without a reason") << 6 << "1802" << "" << "did not succeed";
+    }
+    // clang-format on
+
+    void stateIconSaysWhy()
+    {
+        QFETCH(int, state);
+        QFETCH(QString, newCycle);
+        QFETCH(QString, error);
+        QFETCH(QString, expected);
+
+        VlProdLabel* c = card(QStringLiteral("Bravo FMS"));
+        CProduct* product = c->GetProduct();
+        product->SetNewCycle(newCycle);
+        product->SetErrorText(error);
+        product->SetInstallState(QMK_STATE_INSTALL_OK);
+        product->SetInstallState(static_cast<EQMKProductInstallState>(state));
+        QCOMPARE(c->GetShownStateIcon(), state);
+        QVERIFY2(c->GetStateToolTip().contains(expected), qPrintable(c->GetStateToolTip()));
+    }
 };
 
 QTEST_MAIN(TestProductPanel)

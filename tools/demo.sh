@@ -1,48 +1,95 @@
 #!/usr/bin/env bash
 # Runs Quillmark on the built-in demo: a demo catalogue, demo simulator and add-on folders, and a
 # local demo server for everything the program downloads.
-#   ./tools/demo.sh            build, prepare build/demo and start the program
+#   ./tools/demo.sh            build what the demo needs, prepare build/demo once, start the program
 #   ./tools/demo.sh --update   first run a full dataset update against the demo server
 #                              (download, unzip, install with backups), then start the program
+#   ./tools/demo.sh --fresh    throw away build/demo (settings, logs, installed demo data) first
+#   ./tools/demo.sh --server   only run the demo server, until Ctrl+C; start the program against it
+#                              as often as you like with the command it prints
+# The demo folder is kept between runs, so what was done in the program is still there next time.
+# The demo server listens on 127.0.0.1:$QMK_DEMO_PORT (18470 unless set) while the program runs;
+# one already running there is used as it is.
 # Without a display the program runs under Xvfb; a screenshot is saved and its path printed.
 set -euo pipefail
 . "$(dirname "$0")/lib/common.sh"
 
 run_update=0
-[ "${1:-}" = "--update" ] && run_update=1
+fresh=0
+server_only=0
+for arg in "$@"; do
+    case "$arg" in
+        --update) run_update=1 ;;
+        --fresh) fresh=1 ;;
+        --server) server_only=1 ;;
+        *) echo "usage: $0 [--update] [--fresh] [--server]" >&2; exit 2 ;;
+    esac
+done
+port=${QMK_DEMO_PORT:-18470}
 
 extra=()
-[ -z "${DISPLAY:-}" ] && extra=(xvfb xauth)
+[ -z "${DISPLAY:-}" ] && [ $server_only -eq 0 ] && extra=(xvfb xauth)
 qmk_ensure_packages "${extra[@]}"
-qmk_build
+# Only the program and the demo's helpers; tests and benchmarks are built by tools/test.sh.
+qmk_build Quillmark demoserver demo_update screenshot_screen
 
 demo=$QMK_BUILD/demo
-rm -rf "$demo"
-mkdir -p "$demo/app/bin" "$demo/sims" "$demo/server"
+[ $fresh -eq 1 ] && rm -rf "$demo"
+if [ ! -f "$demo/app/bin/base_ini.xml" ] || ! grep -q "127.0.0.1:$port<" "$demo/app/bin/base_ini.xml"; then
+    echo "Preparing the demo folder $demo"
+    rm -rf "$demo"
+    mkdir -p "$demo/app/bin" "$demo/sims" "$demo/server"
+    "$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" >/dev/null
+    sed -e "s|@DEMO_SIM_ROOT@|$demo/sims|g" -e "s|@DEMO_SERVER@|127.0.0.1:$port|g" \
+        "$QMK_ROOT/tools/demo/base_ini.xml.in" > "$demo/app/bin/base_ini.xml"
+    "$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
+    "$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
+else
+    echo "Using the demo folder $demo as it was left (--fresh starts over)"
+fi
+# Always the program just built.
 cp "$QMK_BUILD/Quillmark" "$demo/app/"
 
-# A free loopback port for the demo server.
-port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])' 2>/dev/null || echo 18470)
-
-"$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" >/dev/null
-sed -e "s|@DEMO_SIM_ROOT@|$demo/sims|g" -e "s|@DEMO_SERVER@|127.0.0.1:$port|g" \
-    "$QMK_ROOT/tools/demo/base_ini.xml.in" > "$demo/app/bin/base_ini.xml"
-"$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
-"$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
-
-"$QMK_BUILD/tools/demoserver" --root "$demo/server" --port "$port" > "$demo/server.log" 2>&1 &
-server_pid=$!
-trap 'kill $server_pid 2>/dev/null || true' EXIT
-for _ in $(seq 100); do
-    grep -q "127.0.0.1:$port" "$demo/server.log" 2>/dev/null && break
-    sleep 0.1
-done
-echo "Demo server: http://127.0.0.1:$port/ serving $demo/server"
+server_answers() {
+    curl -s -o /dev/null -f -X POST -u 'webclient:Q7x2Lm9p' \
+        "http://127.0.0.1:$port/quillmark/versionList.txt" 2>/dev/null
+}
+server_pid=
+if server_answers; then
+    echo "Demo server: already running on 127.0.0.1:$port"
+else
+    "$QMK_BUILD/tools/demoserver" --root "$demo/server" --port "$port" > "$demo/server.log" 2>&1 &
+    server_pid=$!
+    trap 'kill $server_pid 2>/dev/null || true' EXIT
+    for _ in $(seq 100); do
+        grep -q "127.0.0.1:$port" "$demo/server.log" 2>/dev/null && break
+        kill -0 "$server_pid" 2>/dev/null || break
+        sleep 0.1
+    done
+    if ! kill -0 "$server_pid" 2>/dev/null; then
+        echo "The demo server could not start on 127.0.0.1:$port:" >&2
+        cat "$demo/server.log" >&2
+        echo "Set another port with QMK_DEMO_PORT=NNNNN $0 --fresh" >&2
+        exit 1
+    fi
+    when="stops with the program"
+    [ $server_only -eq 1 ] && when="stops with Ctrl+C"
+    echo "Demo server: http://127.0.0.1:$port/ serving $demo/server ($when)"
+fi
 
 if [ $run_update -eq 1 ]; then
     echo "Running a full dataset update against the demo server..."
     QT_QPA_PLATFORM=offscreen "$QMK_BUILD/tools/demo_update" "$demo/app" --server "127.0.0.1:$port"
 fi
+
+if [ $server_only -eq 1 ]; then
+    [ -n "$server_pid" ] || { echo "Nothing to run: the demo server was already running."; exit 0; }
+    echo "Start Quillmark against this demo server (as often as you like): $demo/app/Quillmark"
+    wait "$server_pid"
+    exit 0
+fi
+echo "Start Quillmark again against a running demo server: $demo/app/Quillmark"
+echo "(the server runs while this program does, or on its own with: $0 --server)"
 
 if [ -n "${DISPLAY:-}" ]; then
     echo "Starting $demo/app/Quillmark"
@@ -50,7 +97,7 @@ if [ -n "${DISPLAY:-}" ]; then
     exit 0
 fi
 
-shot=$QMK_BUILD/demo/quillmark-demo.png
+shot=$demo/quillmark-demo.png
 echo "No display: running under Xvfb"
 xvfb-run -a -s "-screen 0 1280x960x24" bash -c '
     "$1" & app=$!

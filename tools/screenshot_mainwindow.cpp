@@ -2,8 +2,10 @@
 // English and German: mainwindow_en.png, settings_en.png, help_en.png, then the same with _de.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
-// Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER]
-// Without a program folder (or with "-") a sample catalogue in a temporary folder is used.
+// Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
+// Without a program folder (or with "-") a sample catalogue in a temporary folder is used. With
+// sizes, only the main window is taken, once per size and language, as
+// mainwindow_<language>_<size>.png.
 #include "app/Application.h"
 #include "app/CMessageBox.h"
 #include "model/CDialogRoute.h"
@@ -19,6 +21,7 @@
 #include <QFile>
 #include <QLayout>
 #include <QPixmap>
+#include <QSize>
 #include <QStyleFactory>
 #include <QTemporaryDir>
 
@@ -89,11 +92,21 @@ int main(int argc, char** argv)
     Application::loadTranslations(QStringLiteral(":/lang"));
     Application::setLanguage(QStringLiteral("en_US"));
 
+    QList<QSize> sizes;
+    for (int i = 3; i < argc; ++i) {
+        const QStringList wh = QString::fromLocal8Bit(argv[i]).split(QLatin1Char('x'));
+        if (wh.size() == 2)
+            sizes << QSize(wh.at(0).toInt(), wh.at(1).toInt());
+    }
+    const bool named = !sizes.isEmpty();
+    if (!named)
+        sizes << QSize(1000, 840);
+
     QuillmarkMainWindow window;
     Application::mainWnd = &window;
-    // The offscreen screen is small; show the window at its designed size.
+    // The offscreen screen is small; show the window at the sizes asked for.
     window.setMinimumSize(0, 0);
-    window.resize(1000, 840);
+    window.resize(sizes.first());
     window.show();
     // One card with its commands open, so that the picture shows them too.
     if (!window.GetProdList()->GetCards().isEmpty())
@@ -107,15 +120,28 @@ int main(int argc, char** argv)
         const char* suffix;
         const char* key;
     } languages[] = {{"en", "en_US"}, {"de", "de_DE"}};
+    for (const QSize& size : qAsConst(sizes)) {
+        for (const auto& language : languages) {
+            Application::setLanguage(QString::fromLatin1(language.key));
+            window.resize(size);
+            // The window re-flows its captions only once it is resized, as after a filter change.
+            settle(window);
+            window.resize(size.width() + 1, size.height());
+            settle(window);
+            window.resize(size);
+            const QString sizeSuffix =
+                named ? QStringLiteral("_%1x%2").arg(size.width()).arg(size.height()) : QString();
+            ok = save(window, output + QStringLiteral("/mainwindow_") + QLatin1String(language.suffix) + sizeSuffix +
+                                  QStringLiteral(".png")) &&
+                 ok;
+        }
+    }
     for (const auto& language : languages) {
+        if (named)
+            break;
         Application::setLanguage(QString::fromLatin1(language.key));
-        // The window re-flows its captions only once it is resized, as after a filter change.
         settle(window);
-        window.resize(window.width() + 1, window.height());
-        settle(window);
-        window.resize(window.width() - 1, window.height());
         const QString suffix = QLatin1Char('_') + QLatin1String(language.suffix) + QStringLiteral(".png");
-        ok = save(window, output + QStringLiteral("/mainwindow") + suffix) && ok;
         const QList<QWidget*> buttons = window.GetActionButtons();
         const struct
         {

@@ -1,10 +1,13 @@
 #include "ui/CvlActionBtn.h"
 
 #include "ui/VlActionLabel.h"
+#include "ui/VlFocusFrame.h"
 
 #include <QBitmap>
 #include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -42,6 +45,9 @@ void CvlActionBtn::Init(const QString& normalImage, const QString& hoverImage, c
     grid->addWidget(m_pCaption, 1, 0, Qt::AlignCenter);
 
     setMouseTracking(true);
+    // Reachable with Tab and pressed with Space or Return, like any push button.
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(caption);
     connect(this, &CvlActionBtn::clicked, this, &CvlActionBtn::clickedSlot);
 }
 
@@ -54,6 +60,7 @@ void CvlActionBtn::SetCaption(const QString& caption)
 {
     if (m_pCaption)
         m_pCaption->setText(caption);
+    setAccessibleName(caption);
 }
 
 void CvlActionBtn::ShowHover(bool hover)
@@ -89,4 +96,31 @@ void CvlActionBtn::mousePressEvent(QMouseEvent* event)
     emit clicked();
     ShowHover(false);
     event->accept();
+}
+
+void CvlActionBtn::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!event->isAutoRepeat())
+            emit clicked();
+        event->accept();
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void CvlActionBtn::paintEvent(QPaintEvent* event)
+{
+    QWidget::paintEvent(event);
+    VlFocusFrame::Paint(this, m_focusReason);
+}
+
+void CvlActionBtn::focusInEvent(QFocusEvent* event)
+{
+    m_focusReason = event->reason();
+    QWidget::focusInEvent(event);
 }

@@ -35,10 +35,14 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
     CDataModel* m_pDataModel = nullptr;
 
 private:
+    Qt::FocusReason m_focusReason = Qt::OtherFocusReason;
     QLabel* m_pNormal = nullptr;
     QLabel* m_pHover = nullptr;
     VlActionLabel* m_pCaption = nullptr;

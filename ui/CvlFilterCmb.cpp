@@ -18,6 +18,8 @@ void CvlFilterCmb::Init()
             addItem(datasets->GetByIndex(i)->GetName());
     }
     setCurrentIndex(0);
+    // Dataset names are short enough to show whole; the window finds room for the box.
+    setSizeAdjustPolicy(QComboBox::AdjustToContents);
     connect(this, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &CvlFilterCmb::currentIndexChangedSlot,
             Qt::UniqueConnection);
 }

@@ -33,6 +33,8 @@
 #include <QPainterPath>
 #include <QPixmap>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSizeGrip>
 #include <QTimer>
 
@@ -87,6 +89,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     setUnifiedTitleAndToolBarOnMac(true);
 
     InitSlotSignal();
+    PlaceFilter();
 }
 
 QuillmarkMainWindow::~QuillmarkMainWindow()
@@ -132,7 +135,8 @@ QGridLayout* QuillmarkMainWindow::CreateHeaderLayout()
     grid->setColumnStretch(0, 0);
     grid->setColumnMinimumWidth(0, 10);
     grid->setColumnStretch(1, 1);
-    grid->addLayout(CreateToolIconHeaderLayout(), 0, 0);
+    m_pLogoGrid = CreateToolIconHeaderLayout();
+    grid->addLayout(m_pLogoGrid, 0, 0);
     grid->addLayout(CreateRightHeaderLayout(), 0, 1);
     return grid;
 }
@@ -212,15 +216,19 @@ void QuillmarkMainWindow::CreateRightHeaderLabel()
     title->setRowMinimumHeight(0, 18);
     title->addLayout(CreateTitleLayout(), 0, 0);
     outer->addLayout(title, 0, 0, 1, 2);
-    QGridLayout* filter = grid0(QMargins(45, 0, 0, 0));
-    filter->addLayout(CreateFilterLayout(), 0, 0);
-    outer->addLayout(filter, 1, 0, Qt::AlignBottom);
-    outer->addLayout(CreateActionButtonLayout(), 1, 1, Qt::AlignBottom);
+    m_pHeaderFilterGrid = grid0(QMargins(st_filterMargin, 0, 0, 0));
+    m_pFilterBox = new QWidget(m_pRightHeader);
+    m_pFilterBox->setLayout(CreateFilterLayout());
+    m_pHeaderFilterGrid->addWidget(m_pFilterBox, 0, 0, Qt::AlignLeft);
+    outer->addLayout(m_pHeaderFilterGrid, 1, 0, Qt::AlignBottom);
+    m_pActionGrid = CreateActionButtonLayout();
+    outer->addLayout(m_pActionGrid, 1, 1, Qt::AlignBottom);
     outer->setRowStretch(1, 1);
 
     m_pRightHeader->setLayout(outer);
-    // Its painted pixmap says nothing about the room its contents need.
-    m_pRightHeader->setMinimumSize(outer->sizeHint().width(), qMax(100, outer->sizeHint().height()));
+    // Its painted pixmap says nothing about the room its contents need; the width is watched by
+    // PlaceFilter instead, which moves the filter out when title row and buttons cannot share it.
+    m_pRightHeader->setMinimumHeight(qMax(100, outer->sizeHint().height()));
     m_pRightHeader->setAttribute(Qt::WA_MouseTracking);
 }
 
@@ -246,10 +254,10 @@ QGridLayout* QuillmarkMainWindow::CreateFilterLayout()
     grid->setColumnStretch(2, 1);
     grid->setColumnMinimumWidth(0, 100);
     grid->setColumnMinimumWidth(1, 115);
-    m_pFilterCaption = new VlActionLabel(tr("Dataset-Filter"), m_pRightHeader);
+    m_pFilterCaption = new VlActionLabel(tr("Dataset-Filter"));
     m_pFilterCaption->setContentsMargins(0, 0, 8, 0);
     grid->addWidget(m_pFilterCaption, 0, 0);
-    m_pFilter = new CvlFilterCmb(m_pRightHeader, &m_dataModel);
+    m_pFilter = new CvlFilterCmb(nullptr, &m_dataModel);
     m_pFilter->Init();
     grid->addWidget(m_pFilter, 0, 1);
     return grid;
@@ -298,11 +306,31 @@ QLabel* QuillmarkMainWindow::CreateMiddleLabel()
     QGridLayout* top = grid0(QMargins(14, 20, 0, 0));
     top->setColumnStretch(0, 0);
     top->setColumnStretch(1, 1);
-    top->addLayout(CreateCatsLayout(), 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    // The column scrolls when the window is too low for all nine buttons.
+    m_pCatScroll = new QScrollArea(middle);
+    m_pCatScroll->setFrameShape(QFrame::NoFrame);
+    m_pCatScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_pCatScroll->setWidgetResizable(true);
+    m_pCatScroll->viewport()->setAutoFillBackground(false);
+    m_pCatScroll->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    m_pCatScroll->setFocusPolicy(Qt::NoFocus); // its buttons take the focus, and it follows them
+    auto* cats = new QWidget;
+    cats->setAutoFillBackground(false);
+    // The buttons keep their natural spacing at the top, however high the column is.
+    QGridLayout* catsTop = grid0(QMargins());
+    catsTop->addLayout(CreateCatsLayout(), 0, 0, Qt::AlignLeft | Qt::AlignTop);
+    catsTop->setRowStretch(1, 1);
+    cats->setLayout(catsTop);
+    m_pCatScroll->setWidget(cats);
+    cats->setAutoFillBackground(false); // the scroll area turned it on
+    m_pCatScroll->setMinimumWidth(cats->sizeHint().width() + m_pCatScroll->verticalScrollBar()->sizeHint().width());
+    top->addWidget(m_pCatScroll, 0, 0);
 
-    QGridLayout* products = grid0(QMargins(0, 0, 13, 15));
+    m_pProductGrid = grid0(QMargins(0, 0, 13, 15));
+    m_pProductGrid->setRowStretch(1, 1);
     m_pProdList = new VlProdListLabel(middle, &m_dataModel);
-    products->addWidget(m_pProdList, 0, 0);
+    m_pProductGrid->addWidget(m_pProdList, 1, 0);
+    QGridLayout* products = m_pProductGrid;
     top->addLayout(products, 0, 1);
     // The product column takes all the height; the categories stay at the top on their own.
     outer->addLayout(top, 0, 0);
@@ -460,6 +488,8 @@ void QuillmarkMainWindow::ClickedCategory(VlCatLabel* clicked)
     // still says what to show.
     if (!m_pSelectedCategory && m_pProdList)
         m_pProdList->ChangeCategoryNameSlot(clicked->GetName());
+    if (!m_pSelectedCategory && m_pCatProps)
+        m_pCatProps->SetCategoryName(clicked->GetName());
     for (VlCatLabel* button : GetCategoryButtons())
         if (button != clicked)
             button->SetSelect(false);
@@ -529,9 +559,50 @@ void QuillmarkMainWindow::retranslate()
 
 void QuillmarkMainWindow::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::LanguageChange)
+    if (event->type() == QEvent::LanguageChange) {
         retranslate();
+        // Captions change width with the language; decide once the children have their new texts.
+        QTimer::singleShot(0, this, &QuillmarkMainWindow::PlaceFilter);
+    }
     QMainWindow::changeEvent(event);
+}
+
+int QuillmarkMainWindow::HeaderRowWidth() const
+{
+    // Left margin of the filter, the filter, the action buttons with their right margin.
+    return st_filterMargin + m_pFilterBox->sizeHint().width() + m_pActionGrid->sizeHint().width();
+}
+
+bool QuillmarkMainWindow::IsFilterInHeader() const
+{
+    return m_pFilterBox && m_pFilterBox->parentWidget() == m_pRightHeader;
+}
+
+void QuillmarkMainWindow::PlaceFilter()
+{
+    if (!m_pFilterBox)
+        return;
+    // The header's width follows the window's; the logo column beside it keeps its own.
+    const QMargins frame = m_pMainLabel->layout()->contentsMargins();
+    const int room = width() - frame.left() - frame.right() - m_pLogoGrid->sizeHint().width();
+    const bool inHeader = HeaderRowWidth() <= room;
+    if (inHeader == IsFilterInHeader())
+        return;
+    if (inHeader) {
+        m_pProductGrid->removeWidget(m_pFilterBox);
+        m_pFilterBox->setParent(m_pRightHeader);
+        m_pHeaderFilterGrid->setContentsMargins(st_filterMargin, 0, 0, 0);
+        m_pHeaderFilterGrid->addWidget(m_pFilterBox, 0, 0, Qt::AlignLeft);
+    } else {
+        // Too narrow for filter and buttons side by side: the filter goes right above the list it
+        // filters, and the buttons keep the header to themselves.
+        m_pHeaderFilterGrid->removeWidget(m_pFilterBox);
+        // The empty place keeps no margin, so the buttons may use the whole header.
+        m_pHeaderFilterGrid->setContentsMargins(0, 0, 0, 0);
+        m_pFilterBox->setParent(m_pProductGrid->parentWidget());
+        m_pProductGrid->addWidget(m_pFilterBox, 0, 0, Qt::AlignLeft | Qt::AlignBottom);
+    }
+    m_pFilterBox->show();
 }
 
 void QuillmarkMainWindow::mousePressEvent(QMouseEvent* event)
@@ -552,6 +623,9 @@ void QuillmarkMainWindow::mouseMoveEvent(QMouseEvent* event)
 void QuillmarkMainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
+    // Nothing is focused at first, so no button shows a keyboard mark until Tab is pressed.
+    if (!focusWidget())
+        setFocus(Qt::OtherFocusReason);
     PaintAll();
     // Whatever the filter showed before, the list starts unfiltered; keep the combo in step.
     if (m_pFilter->currentIndex() != 0)
@@ -565,6 +639,7 @@ void QuillmarkMainWindow::showEvent(QShowEvent* event)
 void QuillmarkMainWindow::resizeEvent(QResizeEvent* event)
 {
     QMainWindow::resizeEvent(event);
+    PlaceFilter();
     if (isVisible())
         PaintAll();
 }

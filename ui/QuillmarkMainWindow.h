@@ -16,6 +16,7 @@ class CvlSettingsButton;
 class CvlUpdateButton;
 class QGridLayout;
 class QLabel;
+class QScrollArea;
 class SystemButton;
 class VlActionLabel;
 class VlCatLabel;
@@ -49,6 +50,7 @@ public:
     SystemButton* GetNormButton() const { return m_pNormButton; }
     QList<QWidget*> GetActionButtons() const;
     QRect GetNormalGeometry() const { return m_normalGeometry; }
+    bool IsFilterInHeader() const;
 
 signals:
     void ChangeSelectedCategory(CCategory* category);
@@ -80,6 +82,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    // Left margin of the dataset filter while it stands in the header.
+    static constexpr int st_filterMargin = 45;
     void CreateMainWidget();
     void CreateMainWidgetGrid();
     QGridLayout* CreateHeaderLayout();
@@ -101,6 +105,8 @@ private:
     void PaintAll();
 
     void ClickedCategory(VlCatLabel* clicked);
+    int HeaderRowWidth() const;
+    void PlaceFilter();
 
     CDataModel m_dataModel;
     CCategory* m_pSelectedCategory = nullptr;
@@ -133,4 +139,10 @@ private:
     SystemButton* m_pMiniButton = nullptr;
     SystemButton* m_pMaxiButton = nullptr;
     SystemButton* m_pNormButton = nullptr;
+    QWidget* m_pFilterBox = nullptr;
+    QGridLayout* m_pHeaderFilterGrid = nullptr;
+    QGridLayout* m_pActionGrid = nullptr;
+    QGridLayout* m_pLogoGrid = nullptr;
+    QGridLayout* m_pProductGrid = nullptr;
+    QScrollArea* m_pCatScroll = nullptr;
 };

@@ -2,12 +2,16 @@
 
 #include "model/CDataModel.h"
 #include "ui/VlCategoryTitleLabel.h"
+#include "ui/VlColors.h"
+#include "ui/VlFocusFrame.h"
 
 #include <QBitmap>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLinearGradient>
 #include <QMouseEvent>
@@ -111,6 +115,16 @@ void VlCatLabel::InitCtrls(const QString& image32, const QString& image48)
     m_pGrid->addLayout(right, 0, 1);
 
     setAttribute(Qt::WA_MouseTracking);
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName(TranslatedName(m_strName));
+    ShowEnabled();
+}
+
+void VlCatLabel::ShowEnabled()
+{
+    // A category without a simulator folder on this platform must not look clickable.
+    VlColors::SetTextColor(m_pTitle, isEnabled() ? QColor(45, 45, 55) : QColor(170, 170, 178));
+    setCursor(isEnabled() ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 QString VlCatLabel::GetTitle() const
@@ -151,12 +165,15 @@ void VlCatLabel::retranslate()
 {
     if (m_pTitle)
         m_pTitle->setText(TranslatedName(m_strName));
+    setAccessibleName(TranslatedName(m_strName));
 }
 
 void VlCatLabel::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::LanguageChange)
         retranslate();
+    if (event->type() == QEvent::EnabledChange && m_pTitle)
+        ShowEnabled();
     QWidget::changeEvent(event);
 }
 
@@ -170,6 +187,29 @@ void VlCatLabel::mouseMoveEvent(QMouseEvent* event)
 {
     setCursor(Qt::PointingHandCursor);
     QWidget::mouseMoveEvent(event);
+}
+
+void VlCatLabel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (!event->isAutoRepeat())
+            SetSelect(true);
+        event->accept();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void VlCatLabel::paintEvent(QPaintEvent* event)
+{
+    QWidget::paintEvent(event);
+    VlFocusFrame::Paint(this, m_focusReason);
+}
+
+void VlCatLabel::focusInEvent(QFocusEvent* event)
+{
+    m_focusReason = event->reason();
+    QWidget::focusInEvent(event);
 }
 
 void VlCatLabel::resizeEvent(QResizeEvent* event)

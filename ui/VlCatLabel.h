@@ -44,9 +44,14 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
+    Qt::FocusReason m_focusReason = Qt::OtherFocusReason;
     void InitCtrls(const QString& image32, const QString& image48);
+    void ShowEnabled();
 
     CDataModel* m_pDataModel = nullptr;
     QString m_strName;

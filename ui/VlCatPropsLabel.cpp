@@ -105,6 +105,19 @@ void VlCatPropsLabel::UpdateCategory(CCategory* category)
     CheckCategoryDir();
 }
 
+void VlCatPropsLabel::SetCategoryName(const QString& name)
+{
+    if (m_pCategory)
+        return;
+    m_strName = name;
+    retranslate();
+}
+
+QString VlCatPropsLabel::GetShownName() const
+{
+    return m_pHeaderName ? m_pHeaderName->text() : QString();
+}
+
 bool VlCatPropsLabel::CheckStdCategory() const
 {
     // Without a category there is no folder to show either.

@@ -22,6 +22,9 @@ public:
 
     void Init();
     void UpdateCategory(CCategory* category);
+    // For "All" and "Selected" when the catalogue lists no such category: the name alone.
+    void SetCategoryName(const QString& name);
+    QString GetShownName() const;
     bool CheckStdCategory() const;
     bool CheckCategoryDir();
     CCategory* GetCategory() const { return m_pCategory; }

@@ -17,12 +17,14 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QEvent>
+#include <QFontMetrics>
 #include <QFrame>
 #include <QGridLayout>
 #include <QIcon>
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
+#include <QResizeEvent>
 
 namespace {
 // Indexed by install state - 1.
@@ -49,6 +51,32 @@ QGridLayout* grid0(const QMargins& margins)
 }
 
 const Qt::Alignment st_leftCentre = Qt::AlignLeft | Qt::AlignVCenter;
+
+// Breaks text at spaces so that no line is wider than the width, preferring the breaks after the
+// separators given; a single word wider than the width stays whole.
+QString wrapToWidth(const QString& text, const QFontMetrics& metrics, int width, const QString& preferred = QString())
+{
+    if (metrics.horizontalAdvance(text) <= width)
+        return text;
+    if (!preferred.isEmpty() && text.contains(preferred)) {
+        const int at = text.indexOf(preferred) + preferred.size();
+        return wrapToWidth(text.left(at).trimmed(), metrics, width) + QLatin1Char('\n') +
+               wrapToWidth(text.mid(at).trimmed(), metrics, width);
+    }
+    QStringList lines;
+    QString line;
+    for (const QString& word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString longer = line.isEmpty() ? word : line + QLatin1Char(' ') + word;
+        if (!line.isEmpty() && metrics.horizontalAdvance(longer) > width) {
+            lines << line;
+            line = word;
+        } else {
+            line = longer;
+        }
+    }
+    lines << line;
+    return lines.join(QLatin1Char('\n'));
+}
 } // namespace
 
 VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product)
@@ -93,6 +121,7 @@ void VlProdLabel::InitWidgets()
     upper->setColumnMinimumWidth(3, 95);
     upper->setRowMinimumHeight(0, 25);
     upper->setRowStretch(1, 1);
+    m_pUpperGrid = upper;
 
     for (int i = 0; i < 8; ++i) {
         m_pStateIcons[i] = new QLabel(m_pUpperFrame);
@@ -101,6 +130,7 @@ void VlProdLabel::InitWidgets()
         upper->addWidget(m_pStateIcons[i], 0, 0, st_leftCentre);
     }
     m_pTitle = new VlProductTitleLabel(m_pProduct->GetName(), m_pUpperFrame);
+    m_pTitle->setToolTip(m_pProduct->GetName());
     upper->addWidget(m_pTitle, 0, 1, st_leftCentre);
     m_pCategory = new VlDefaultLabel(m_pUpperFrame);
     m_pCategory->setContentsMargins(15, 0, 0, 0);
@@ -228,8 +258,10 @@ void VlProdLabel::ChangeInstallStateSlot(EQMKProductInstallState state)
     for (QLabel* icon : m_pStateIcons)
         icon->hide();
     const int index = static_cast<int>(state) - 1;
-    if (index >= 0 && index < 8)
+    if (index >= 0 && index < 8) {
         m_pStateIcons[index]->show();
+        m_pStateIcons[index]->setToolTip(StateToolTip(index + 1));
+    }
     UpdateVersionLabel();
 }
 
@@ -239,6 +271,43 @@ int VlProdLabel::GetShownStateIcon() const
         if (m_pStateIcons[i] && !m_pStateIcons[i]->isHidden())
             return i + 1;
     return 0;
+}
+
+QString VlProdLabel::StateToolTip(int state) const
+{
+    switch (state) {
+    case QMK_STATE_INSTALL_RUN:
+        return tr("Installing: the newest cycle is being downloaded or installed.");
+    case QMK_STATE_RESET_RUN:
+        return tr("Resetting: the backed-up files are being restored.");
+    case QMK_STATE_REMOVE_BACKUP_RUN:
+        return tr("Removing the backup files.");
+    case QMK_STATE_NOT_INSTALLED:
+        // Seen beside an installed cycle when the version server could not be asked.
+        if (m_pProduct && m_pProduct->GetNewCycle().isEmpty())
+            return tr("Not checked: the newest cycle is not known yet (the version server was not reached), so the "
+                      "installed cycle cannot be compared with it.");
+        return tr("Not installed: this product does not hold the newest cycle.");
+    case QMK_STATE_INSTALL_OK:
+        return tr("Installed: this product holds the newest cycle.");
+    case QMK_STATE_INSTALL_ERROR: {
+        const QString error = m_pProduct ? m_pProduct->GetErrorText() : QString();
+        return error.isEmpty() ? tr("Failed: the last run did not succeed for this product.")
+                               : tr("Failed: %1").arg(error);
+    }
+    case QMK_STATE_INSTALL_WARNING:
+        return tr("Update due: the installed cycle differs from the newest one, or the last run was stopped.");
+    case QMK_STATE_UPDATE_AVAILABLE:
+        return tr("Update available.");
+    default:
+        return QString();
+    }
+}
+
+QString VlProdLabel::GetStateToolTip() const
+{
+    const int state = GetShownStateIcon();
+    return state > 0 ? m_pStateIcons[state - 1]->toolTip() : QString();
 }
 
 void VlProdLabel::ProductSetUpdateSlot()
@@ -301,6 +370,9 @@ void VlProdLabel::ShowPathText(const QString& text)
     m_bShowingPath = true;
     m_pPathEdit->setText(text);
     m_bShowingPath = false;
+    // The start of a long path says more than its end; the whole path is in the tool tip.
+    m_pPathEdit->setCursorPosition(0);
+    m_pPathEdit->setToolTip(text);
 }
 
 void VlProdLabel::PathTextChangeSlot(const QString& text)
@@ -378,8 +450,42 @@ void VlProdLabel::UpdateVersionLabel()
         backup = tr("unknown");
     else
         backup = QStringLiteral("V. ") + backCycle + QStringLiteral(" R. ") + m_pProduct->GetBackRevision();
-    m_pCycle->setText(QStringLiteral("- ") + tr("installed") + QStringLiteral(" ( ") + installed +
-                      QStringLiteral(" ), ") + tr("backup") + QStringLiteral(" ( ") + backup + QStringLiteral(" ) -"));
+    m_strCycle = QStringLiteral("- ") + tr("installed") + QStringLiteral(" ( ") + installed + QStringLiteral(" ), ") +
+                 tr("backup") + QStringLiteral(" ( ") + backup + QStringLiteral(" ) -");
+    FitTexts();
+}
+
+void VlProdLabel::FitTexts()
+{
+    if (!m_pTitle || !m_pCycle || !m_pOuterFrame)
+        return;
+    // Room of the two middle columns: the card less its frames, margins and the two outer columns.
+    int first = 70;
+    for (QWidget* w : {static_cast<QWidget*>(m_pDatasetCaption), static_cast<QWidget*>(m_pCycleCaption)})
+        first = qMax(first, w->sizeHint().width());
+    int last = qMax(95, qMax(90, qMax(m_pShowCommands->sizeHint().width(), m_pHideCommands->sizeHint().width())));
+    last = qMax(last, qMax(m_pCommands->minimumWidth(), m_pCommands->sizeHint().width()));
+    last = qMax(last, qMax(90, m_pSelect->sizeHint().width()));
+    const QMargins upper = m_pUpperGrid->contentsMargins();
+    const int room = m_iWidth - 4 - 2 - upper.left() - upper.right() - first - last;
+
+    // Long names and the cycle text wrap rather than run under their neighbours.
+    const int titleRoom = room - m_pCategory->sizeHint().width();
+    const QString title = wrapToWidth(m_pProduct->GetName(), m_pTitle->fontMetrics(),
+                                      qMax(titleRoom - m_pTitle->contentsMargins().left(), 1));
+    if (m_pTitle->text() != title)
+        m_pTitle->setText(title);
+    const QString dataset = wrapToWidth(QStringLiteral("- ") + m_pProduct->GetDataset() + QStringLiteral(" -"),
+                                        m_pDataset->fontMetrics(), qMax(room, 1));
+    if (m_pDataset->text() != dataset)
+        m_pDataset->setText(dataset);
+    const QString cycle = wrapToWidth(m_strCycle, m_pCycle->fontMetrics(), qMax(room, 1), QStringLiteral(", "));
+    if (m_pCycle->text() != cycle)
+        m_pCycle->setText(cycle);
+    // The list reads the card's height from its size hint right away, before any layout pass.
+    m_pUpperFrame->updateGeometry();
+    m_pOuterFrame->updateGeometry();
+    updateGeometry();
 }
 
 QString VlProdLabel::GetPathText() const
@@ -389,7 +495,7 @@ QString VlProdLabel::GetPathText() const
 
 QString VlProdLabel::GetCycleText() const
 {
-    return m_pCycle ? m_pCycle->text() : QString();
+    return m_strCycle;
 }
 
 void VlProdLabel::retranslate()
@@ -403,6 +509,9 @@ void VlProdLabel::retranslate()
     m_pCycleCaption->setText(tr("Cycle:"));
     m_pCategory->setText(QStringLiteral("(") + VlCatLabel::TranslatedName(m_pProduct->GetCategoryName()) +
                          QStringLiteral(")"));
+    const int state = GetShownStateIcon();
+    if (state > 0)
+        m_pStateIcons[state - 1]->setToolTip(StateToolTip(state));
     m_pUpdateButton->setToolTip(tr("Update"));
     m_pResetButton->setToolTip(tr("Reset"));
     m_pRemoveBackupButton->setToolTip(tr("remove backup files"));
@@ -428,4 +537,6 @@ void VlProdLabel::resizeEvent(QResizeEvent* event)
     m_pLowerFrame->setMinimumWidth(qMax(m_iWidth - 6, 0));
     m_pOuterFrame->setMinimumWidth(qMax(m_iWidth - 4, 0));
     m_pPathEdit->setMinimumWidth(qMax(m_iWidth - 180, 0));
+    if (event->oldSize().width() != event->size().width())
+        FitTexts();
 }

@@ -10,6 +10,7 @@ class CDataModel;
 class CProduct;
 class QCheckBox;
 class QFrame;
+class QGridLayout;
 class QLabel;
 class QPushButton;
 class SystemButton;
@@ -48,6 +49,7 @@ public:
     QString GetPathText() const;
     QString GetCycleText() const;
     int GetShownStateIcon() const; // install state whose icon is visible, 0 for none
+    QString GetStateToolTip() const;
 
 public slots:
     void ChangeInstallStateSlot(EQMKProductInstallState state);
@@ -70,6 +72,8 @@ private:
     void InitWidgets();
     void InitSlots();
     void ShowPathText(const QString& text);
+    void FitTexts();
+    QString StateToolTip(int state) const;
 
     CDataModel* m_pDataModel = nullptr;
     CProduct* m_pProduct = nullptr;
@@ -77,6 +81,8 @@ private:
     bool m_bWidgetsBuilt = false;
     bool m_bVisible = true;
     bool m_bShowingPath = false;
+    QString m_strCycle; // the cycle text on one line; the label may show it wrapped
+    QGridLayout* m_pUpperGrid = nullptr;
 
     QLabel* m_pStateIcons[8] = {};
     VlProductTitleLabel* m_pTitle = nullptr;

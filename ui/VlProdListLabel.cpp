@@ -13,6 +13,10 @@
 #include <QScrollBar>
 #include <QTimer>
 
+namespace {
+const int st_minCardHeight = 120;
+} // namespace
+
 VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabel(parent), m_pDataModel(dataModel)
 {
     Init();
@@ -24,13 +28,6 @@ VlProdListLabel::VlProdListLabel(QWidget* parent, CDataModel* dataModel) : QLabe
 void VlProdListLabel::Init()
 {
     VlBackground::Fill(this, QColor(195, 195, 205));
-    auto* grid = new QGridLayout;
-    grid->setSpacing(0);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setColumnStretch(0, 1);
-
-    // The scroll area takes the content before the cards exist: moving a content with hundreds of
-    // cards into it afterwards would re-style every one of them.
     m_pScrollArea = new QScrollArea(this);
     m_pScrollArea->setWidgetResizable(true);
     // Cards always take the visible width, so there is nothing to scroll sideways.
@@ -38,29 +35,71 @@ void VlProdListLabel::Init()
     m_pContent = new QLabel;
     m_pScrollArea->setWidget(m_pContent);
     VlBackground::Fill(m_pContent, QColor(240, 240, 250));
+
     const int count = m_pDataModel ? m_pDataModel->GetProductListSize() : 0;
+    m_entries.reserve(count);
     for (int i = 0; i < count; ++i) {
         CProduct* product = m_pDataModel->GetProductByIndex(i);
         if (!product || product->GetName().isEmpty())
-            continue;
-        auto* card = new VlProdLabel(m_pContent, m_pDataModel, product);
-        grid->setRowStretch(i, 0);
-        grid->addWidget(card, i, 0, Qt::AlignLeft | Qt::AlignTop);
-        m_cards.append(card);
-        card->installEventFilter(this); // a card grows when its commands open
-        // The cards appear with the list; shown one by one each would lay itself out twice.
+            continue; // a product without a name gets no card
+        Entry entry;
+        entry.product = product;
+        m_entries.append(entry);
     }
-    grid->addWidget(new QWidget(m_pContent), grid->rowCount() + 1, 0);
-    grid->setRowStretch(grid->rowCount() - 1, 1);
-    m_pContent->setLayout(grid);
-    m_pGrid = grid;
 
     // The vertical scroll bar comes and goes with the filter, changing the width the cards get.
     m_pScrollArea->viewport()->installEventFilter(this);
+    connect(m_pScrollArea->verticalScrollBar(), &QScrollBar::valueChanged, this, &VlProdListLabel::BuildCardsInView);
     auto* own = new QGridLayout(this);
     own->setSpacing(0);
     own->setContentsMargins(0, 0, 0, 0);
     own->addWidget(m_pScrollArea, 0, 0);
+}
+
+QList<VlProdLabel*> VlProdListLabel::GetCards()
+{
+    QList<VlProdLabel*> cards;
+    bool built = false;
+    for (Entry& entry : m_entries) {
+        if (!entry.card) {
+            BuildCard(entry);
+            built = true;
+        }
+        cards.append(entry.card);
+    }
+    if (built)
+        PlaceCards();
+    return cards;
+}
+
+int VlProdListLabel::GetBuiltCardCount() const
+{
+    int count = 0;
+    for (const Entry& entry : m_entries)
+        count += entry.card ? 1 : 0;
+    return count;
+}
+
+VlProdLabel* VlProdListLabel::BuildCard(Entry& entry)
+{
+    auto* card = new VlProdLabel(m_pContent, m_pDataModel, entry.product);
+    const int w = m_pScrollArea->viewport()->width();
+    card->SetAssignedWidth(w);
+    card->setMinimumWidth(w);
+    card->resize(w, st_minCardHeight);
+    card->ensurePolished();
+    card->installEventFilter(this); // a card grows when its commands open
+    card->setVisible(entry.passes);
+    entry.card = card;
+    entry.height = CardHeight(card);
+    if (m_iEstimate == 0)
+        m_iEstimate = entry.height;
+    return card;
+}
+
+int VlProdListLabel::CardHeight(VlProdLabel* card) const
+{
+    return qMax(st_minCardHeight, card->sizeHint().height());
 }
 
 void VlProdListLabel::ChangeCategorySlot(CCategory* category)
@@ -83,51 +122,110 @@ void VlProdListLabel::ChangeDatasetFilterSlot(const QString& dataset)
 
 void VlProdListLabel::UpdatePathSlot()
 {
-    for (VlProdLabel* card : qAsConst(m_cards))
-        card->UpdatePath();
+    // Cards not built yet read the path when they are.
+    for (const Entry& entry : qAsConst(m_entries))
+        if (entry.card)
+            entry.card->UpdatePath();
+}
+
+bool VlProdListLabel::Passes(const CProduct* product) const
+{
+    bool category = false;
+    if (m_strCategory == QLatin1String("All"))
+        category = true;
+    else if (m_strCategory == QLatin1String("Selected"))
+        category = product->GetUpdate();
+    else
+        category = product->GetCategoryName() == m_strCategory;
+    return category && (m_strDataset == QLatin1String("All") || product->GetDataset() == m_strDataset);
 }
 
 void VlProdListLabel::UpdateVisibleCtrls()
 {
-    // Each card shown would lay out the whole list again; one layout pass at the end is enough.
-    if (m_pGrid)
-        m_pGrid->setEnabled(false);
-    for (VlProdLabel* card : qAsConst(m_cards)) {
-        CProduct* product = card->GetProduct();
-        if (!product)
-            continue;
-        bool category = false;
-        if (m_strCategory == QLatin1String("All"))
-            category = true;
-        else if (m_strCategory == QLatin1String("Selected"))
-            category = product->GetUpdate();
-        else
-            category = product->GetCategoryName() == m_strCategory;
-        const bool dataset = m_strDataset == QLatin1String("All") || product->GetDataset() == m_strDataset;
-        const bool visible = category && dataset;
-        if (card->GetVisible() != visible || card->isHidden() == visible)
-            card->setVisible(visible);
-    }
-    if (m_pGrid) {
-        m_pGrid->setEnabled(true);
-        m_pGrid->activate();
+    for (Entry& entry : m_entries) {
+        entry.passes = Passes(entry.product);
+        VlProdLabel* card = entry.card;
+        if (card && (card->GetVisible() != entry.passes || card->isHidden() == entry.passes))
+            card->setVisible(entry.passes);
     }
     // Cards that were hidden missed the width changes meanwhile.
     UpdateProdSizes();
     UpdateMainWnd();
+    // A new filter starts at the top of its list.
+    m_pScrollArea->verticalScrollBar()->setValue(0);
 }
 
 void VlProdListLabel::UpdateMainWnd()
 {
-    if (!m_pContent)
+    PlaceCards();
+}
+
+void VlProdListLabel::PlaceCards()
+{
+    if (!m_pContent || m_bPlacing)
         return;
-    int sum = 0;
-    for (VlProdLabel* card : qAsConst(m_cards))
-        if (card->GetVisible())
-            sum += qMax(card->height(), card->sizeHint().height());
-    m_pContent->setMinimumHeight(qMax(sum, 1));
-    m_pContent->resize(m_pContent->width(), qMax(sum, 1));
-    m_pContent->update();
+    m_bPlacing = true;
+    const int w = m_pScrollArea->viewport()->width();
+    const int estimate = m_iEstimate > 0 ? m_iEstimate : st_minCardHeight;
+    int top = 0;
+    for (Entry& entry : m_entries) {
+        if (!entry.passes)
+            continue;
+        entry.top = top;
+        if (entry.card)
+            entry.height = CardHeight(entry.card);
+        top += entry.card ? entry.height : estimate;
+    }
+    const int sum = qMax(top, 1);
+    m_pContent->setMinimumHeight(sum);
+    m_pContent->resize(m_pContent->width(), qMax(sum, m_pScrollArea->viewport()->height()));
+    for (const Entry& entry : qAsConst(m_entries)) {
+        if (!entry.card || !entry.passes)
+            continue;
+        const QRect place(0, entry.top, w, entry.height);
+        if (entry.card->geometry() != place)
+            entry.card->setGeometry(place);
+    }
+    m_bPlacing = false;
+    BuildCardsInView();
+}
+
+void VlProdListLabel::BuildCardsInView()
+{
+    if (m_bPlacing || m_entries.isEmpty())
+        return;
+    // The visible part and one screen below it, so that scrolling down finds its cards ready.
+    const int from = m_pScrollArea->verticalScrollBar()->value();
+    const int to = from + 2 * qMax(m_pScrollArea->viewport()->height(), 1);
+    const int estimate = m_iEstimate > 0 ? m_iEstimate : st_minCardHeight;
+    bool built = false;
+    for (Entry& entry : m_entries) {
+        if (!entry.passes)
+            continue;
+        const int height = entry.card ? entry.height : estimate;
+        if (entry.top + height < from)
+            continue;
+        if (entry.top > to)
+            break;
+        if (!entry.card) {
+            BuildCard(entry);
+            built = true;
+        }
+    }
+    if (built)
+        PlaceCards();
+}
+
+void VlProdListLabel::RequestPlaceCards()
+{
+    if (m_bPlacePending)
+        return;
+    m_bPlacePending = true;
+    // Many cards change at once; one placing afterwards is enough.
+    QTimer::singleShot(0, this, [this] {
+        m_bPlacePending = false;
+        PlaceCards();
+    });
 }
 
 void VlProdListLabel::UpdateProdSizes()
@@ -136,30 +234,30 @@ void VlProdListLabel::UpdateProdSizes()
         return;
     // The viewport, not the content: the content cannot get narrower than the cards it holds.
     const int w = m_pScrollArea->viewport()->width();
-    for (VlProdLabel* card : qAsConst(m_cards)) {
-        if (!card->GetVisible())
+    for (const Entry& entry : qAsConst(m_entries)) {
+        VlProdLabel* card = entry.card;
+        if (!card || !card->GetVisible())
             continue;
         card->setMinimumWidth(w);
         card->SetAssignedWidth(w);
         card->resize(w, card->height());
     }
+    RequestPlaceCards();
 }
 
 bool VlProdListLabel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Resize) {
-        if (m_pScrollArea && watched == m_pScrollArea->viewport()) {
+    if (m_pScrollArea && watched == m_pScrollArea->viewport()) {
+        if (event->type() == QEvent::Resize)
             UpdateProdSizes();
-        } else if (watched->parent() == m_pContent) {
+    } else if (watched->parent() == m_pContent) {
+        // A card whose contents changed (commands opened, texts wrapped) may need another height.
+        if (event->type() == QEvent::LayoutRequest)
+            RequestPlaceCards();
+        else if (event->type() == QEvent::Resize) {
             auto* resize = static_cast<QResizeEvent*>(event);
-            // Many cards resize at once; one sum afterwards is enough.
-            if (resize->oldSize().height() != resize->size().height() && !m_bMainWndPending) {
-                m_bMainWndPending = true;
-                QTimer::singleShot(0, this, [this] {
-                    m_bMainWndPending = false;
-                    UpdateMainWnd();
-                });
-            }
+            if (resize->oldSize().height() != resize->size().height())
+                RequestPlaceCards();
         }
     }
     return QLabel::eventFilter(watched, event);

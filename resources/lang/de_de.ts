@@ -376,6 +376,46 @@
         <source>Commands</source>
         <translation>Befehle</translation>
     </message>
+    <message>
+        <source>Installing: the newest cycle is being downloaded or installed.</source>
+        <translation>Installation läuft: der neueste Zyklus wird geladen oder installiert.</translation>
+    </message>
+    <message>
+        <source>Resetting: the backed-up files are being restored.</source>
+        <translation>Zurücksetzen läuft: die gesicherten Dateien werden wiederhergestellt.</translation>
+    </message>
+    <message>
+        <source>Removing the backup files.</source>
+        <translation>Die Sicherungsdateien werden gelöscht.</translation>
+    </message>
+    <message>
+        <source>Not checked: the newest cycle is not known yet (the version server was not reached), so the installed cycle cannot be compared with it.</source>
+        <translation>Nicht geprüft: der neueste Zyklus ist noch nicht bekannt (der Versionsserver war nicht erreichbar), daher lässt sich der installierte Zyklus nicht damit vergleichen.</translation>
+    </message>
+    <message>
+        <source>Not installed: this product does not hold the newest cycle.</source>
+        <translation>Nicht installiert: dieses Produkt hat den neuesten Zyklus nicht.</translation>
+    </message>
+    <message>
+        <source>Installed: this product holds the newest cycle.</source>
+        <translation>Installiert: dieses Produkt hat den neuesten Zyklus.</translation>
+    </message>
+    <message>
+        <source>Failed: the last run did not succeed for this product.</source>
+        <translation>Fehlgeschlagen: der letzte Lauf ist für dieses Produkt misslungen.</translation>
+    </message>
+    <message>
+        <source>Failed: %1</source>
+        <translation>Fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>Update due: the installed cycle differs from the newest one, or the last run was stopped.</source>
+        <translation>Aktualisierung fällig: der installierte Zyklus weicht vom neuesten ab, oder der letzte Lauf wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Update available.</source>
+        <translation>Aktualisierung verfügbar.</translation>
+    </message>
 </context>
 <context>
     <name>wdgBackupLocal</name>

@@ -376,6 +376,46 @@
         <source>Commands</source>
         <translation>Commands</translation>
     </message>
+    <message>
+        <source>Installing: the newest cycle is being downloaded or installed.</source>
+        <translation>Installing: the newest cycle is being downloaded or installed.</translation>
+    </message>
+    <message>
+        <source>Resetting: the backed-up files are being restored.</source>
+        <translation>Resetting: the backed-up files are being restored.</translation>
+    </message>
+    <message>
+        <source>Removing the backup files.</source>
+        <translation>Removing the backup files.</translation>
+    </message>
+    <message>
+        <source>Not checked: the newest cycle is not known yet (the version server was not reached), so the installed cycle cannot be compared with it.</source>
+        <translation>Not checked: the newest cycle is not known yet (the version server was not reached), so the installed cycle cannot be compared with it.</translation>
+    </message>
+    <message>
+        <source>Not installed: this product does not hold the newest cycle.</source>
+        <translation>Not installed: this product does not hold the newest cycle.</translation>
+    </message>
+    <message>
+        <source>Installed: this product holds the newest cycle.</source>
+        <translation>Installed: this product holds the newest cycle.</translation>
+    </message>
+    <message>
+        <source>Failed: the last run did not succeed for this product.</source>
+        <translation>Failed: the last run did not succeed for this product.</translation>
+    </message>
+    <message>
+        <source>Failed: %1</source>
+        <translation>Failed: %1</translation>
+    </message>
+    <message>
+        <source>Update due: the installed cycle differs from the newest one, or the last run was stopped.</source>
+        <translation>Update due: the installed cycle differs from the newest one, or the last run was stopped.</translation>
+    </message>
+    <message>
+        <source>Update available.</source>
+        <translation>Update available.</translation>
+    </message>
 </context>
 <context>
     <name>wdgBackupLocal</name>

@@ -7,6 +7,7 @@
 #include "ui/CvlFilterCmb.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlCatLabel.h"
+#include "ui/VlProdListLabel.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -67,7 +68,10 @@ int main(int argc, char** argv)
     window->show();
     const qint64 show = clock.nsecsElapsed();
     const double fromStart = sinceProcessStart();
-    QApplication::processEvents(); // the install groups, built right after the show
+    // The cards in view are built once the list has its size, in the passes right after the show.
+    for (int i = 0; i < 10; ++i)
+        QApplication::processEvents();
+    const qint64 settled = clock.nsecsElapsed();
 
     auto timeIt = [&](const std::function<void()>& change) {
         clock.restart();
@@ -117,6 +121,8 @@ int main(int argc, char** argv)
     std::printf("window built (not shown)     %9.1f ms\n", ms(built));
     std::printf("window built and shown       %9.1f ms   x%.1f of reference   (target < 1000 ms)\n", ms(show),
                 double(show) / reference);
+    std::printf("shown with the cards in view %9.1f ms   (%d of %d cards built)\n", ms(settled),
+                window->GetProdList()->GetBuiltCardCount(), count);
     std::printf("program start to shown       %9.0f ms   (includes writing the catalogue)\n", fromStart);
     qint64 slowest = 0;
     for (int i = 0; i < changeTimes.size(); ++i) {

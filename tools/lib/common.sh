@@ -20,7 +20,12 @@ qmk_ensure_packages() {
     DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
+# qmk_build [TARGET...]: everything, or only the targets named.
 qmk_build() {
     cmake -S "$QMK_ROOT" -B "$QMK_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-    cmake --build "$QMK_BUILD" -j"$(nproc)"
+    if [ $# -eq 0 ]; then
+        cmake --build "$QMK_BUILD" -j"$(nproc)"
+    else
+        cmake --build "$QMK_BUILD" -j"$(nproc)" --target "$@"
+    fi
 }

@@ -1,0 +1,23 @@
+#include "ui/VlFocusFrame.h"
+
+#include <QPainter>
+#include <QPen>
+#include <QWidget>
+
+bool VlFocusFrame::FromKeyboard(Qt::FocusReason reason)
+{
+    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+}
+
+void VlFocusFrame::Paint(QWidget* widget, Qt::FocusReason reason)
+{
+    if (!widget->hasFocus() || !FromKeyboard(reason))
+        return;
+    QPainter painter(widget);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPen pen(QColor(60, 110, 190));
+    pen.setWidth(2);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(widget->rect()).adjusted(1, 1, -1, -1), 4, 4);
+}
