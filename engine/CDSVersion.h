@@ -131,6 +131,11 @@ public:
     void RemoveBackupSelProduct();
     void StopRemoveBackup();
 
+    // --- runs cut off ---
+    // Finishes or undoes every install or reset of the list that a crash or a kill cut off, as
+    // their records say; one line per product for the user. Done at start-up and before each run.
+    QStringList RecoverInterruptedRuns(CProductList* list);
+
     // --- whole-backup archives ---
     bool CreateBackup(QString archive);
     bool LoadBackup(QString archive);
@@ -214,6 +219,10 @@ private:
     bool WalkProduct(Walk walk, CProduct* product, bool single);
     void WalkThreadFinished(Walk walk, CProduct* product, bool success);
     void StopWalk(Walk walk);
+    // Finishes or undoes the cut-off run that the record at `journal` describes.
+    QString RecoverProduct(CProduct* product, const QString& journal);
+    bool UndoInstall(CProduct* product, const QString& runId);
+    void DropKeptBackups(CProduct* product);
 
     CProduct* CurrentInstallProduct() const;
     bool FailDatasetRequest(const QString& dataset, const QString& reason);
@@ -272,6 +281,8 @@ private:
     quint64 m_searchTag = 0;
     // The product whose worker is running; its end is reported for exactly this product.
     CProduct* m_pWorkerProduct = nullptr;
+    // The record of the product run in progress; empty when none.
+    QString m_strJournal;
 
     QProcess* m_pZipBackProcess = nullptr;
     QProcess* m_pUnzipBackProcess = nullptr;

@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/CMessageBox.h"
+#include "engine/CRunJournal.h"
 #include "engine/CToolCommand.h"
 #include "model/CFileTree.h"
 #include "model/CInstallGroup.h"
@@ -33,6 +34,7 @@ bool CDSVersion::InstallProducts()
     m_log.WriteString(QStringLiteral("#InstallProducts"), false);
     if (!m_pProductList)
         return false;
+    RecoverInterruptedRuns(m_pProductList);
     BeginRun(ERun::Install);
     m_iCurrentIndex = -1;
     if (!m_pSingleProduct) {
@@ -231,18 +233,47 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
     product->SetNewCycle(cutDig(m_strLocalVersion));
     product->SetNewRevision(cutDig(m_strLocalRevision));
     const QString newVersion = product->GetNewCycle() + product->GetNewRevision();
-    QString installed = product->GetCycleVersion();
-    installed += product->GetRevision();
+    const QString installed = product->GetCycleVersion() + QLatin1Char(' ') + product->GetRevision();
     QString backup = product->GetBackCycleVersion();
     backup += product->GetBackRevision();
 
     // A re-install of the installed cycle, or one whose backup already holds it, keeps that backup.
     bool makeBackups = true;
-    if (newVersion == installed || installed == backup)
-        makeBackups = installed.isEmpty();
+    const QString installedJoined = QString(installed).remove(QLatin1Char(' '));
+    if (newVersion == installedJoined || installedJoined == backup)
+        makeBackups = installedJoined.isEmpty();
     makeBackups = makeBackups && m_bCreateBackupFiles;
 
-    m_fileCopyThread.Init(product, m_strTempInstallDir, makeBackups);
+    // The record of the run goes to disk before the first file moves.
+    CRunJournal::Entry entry;
+    entry.run = CRunJournal::ERun::Install;
+    entry.id = CRunJournal::NewId();
+    entry.product = product->GetName();
+    entry.dataset = product->GetDataset();
+    entry.fromCycle = installed;
+    entry.toCycle = product->GetNewCycle() + QLatin1Char(' ') + product->GetNewRevision();
+    entry.backups = makeBackups;
+    const QString journal = CRunJournal::PathFor(product);
+    QString error;
+    if (journal.isEmpty()) {
+        // No folder of the product exists yet, so there is nothing of the user's to lose.
+        m_log.WriteString(QStringLiteral("!!WARNING no folder for the run record of ") + product->GetName(), false);
+    } else if (!CRunJournal::Write(journal, entry, &error)) {
+        // Without the record a cut-off install could not be undone: nothing is moved.
+        m_log.WriteString(QStringLiteral("!!ERROR ") + error, false);
+        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
+        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+        removeDir(m_strTempInstallDir);
+        const quint64 tag = m_runTag;
+        QTimer::singleShot(0, this, [this, tag] {
+            if (tag == m_runTag)
+                UnzipNextProduct();
+        });
+        return;
+    }
+    m_strJournal = journal;
+
+    m_fileCopyThread.Init(product, m_strTempInstallDir, makeBackups, entry.id, product->GetCycleInfoFile());
     m_totalBytes = GetDirectoryByteSize(m_strTempInstallDir);
     m_pWorkerProduct = product;
     StartWorker(m_fileCopyThread);
@@ -251,6 +282,14 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
 
 void CDSVersion::FileCopyThreadFinishedSlot()
 {
+    // The run is complete: the backups it replaced go, then its record.
+    for (const QString& kept : m_fileCopyThread.GetKeptBackups())
+        if (!removeDir(kept))
+            m_log.WriteString(QStringLiteral("!!WARNING earlier backup not completely removed: ") + kept, false);
+    if (!m_strJournal.isEmpty())
+        CRunJournal::Remove(m_strJournal);
+    m_strJournal.clear();
+
     if (CProduct* product = CurrentInstallProduct()) {
         if (!m_fileCopyThread.GetSuccess()) {
             product->SetInstallState(QMK_STATE_INSTALL_ERROR);
@@ -370,6 +409,11 @@ void CDSVersion::StopInstall()
 void CDSVersion::StopFileCopyThred()
 {
     StopWorker(m_fileCopyThread, "FileCopyThread");
+    // A product cut off in its copy goes back to how it was (or, if its last step was done, is
+    // completed), so that a stop never leaves a half-installed product behind.
+    if (!m_strJournal.isEmpty() && m_pWorkerProduct && QFileInfo::exists(m_strJournal))
+        RecoverProduct(m_pWorkerProduct, m_strJournal);
+    m_strJournal.clear();
     // Stopping the copy alone still ends the run, so that nobody waits for it.
     if (IsActiveRun(ERun::Install))
         StopInstall();

@@ -1,5 +1,6 @@
 #include "engine/CDSVersion.h"
 
+#include "engine/CRunJournal.h"
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
 #include "model/CProductList.h"
@@ -29,6 +30,7 @@ void CDSVersion::Reset(CProductList* list)
     m_iResetIndex = -1;
     if (!list)
         return;
+    RecoverInterruptedRuns(list);
     BeginRun(ERun::Reset);
     if (!m_pSingleProduct)
         PrepareBackupRun(list, QMK_STATE_RESET_RUN);
@@ -42,6 +44,8 @@ void CDSVersion::RemoveBackup(CProductList* list)
     m_iRemoveBackupIndex = -1;
     if (!list)
         return;
+    // A backup that a cut-off run still needs is never deleted.
+    RecoverInterruptedRuns(list);
     BeginRun(ERun::RemoveBackup);
     if (!m_pSingleProduct)
         PrepareBackupRun(list, QMK_STATE_REMOVE_BACKUP_RUN);
@@ -171,7 +175,24 @@ bool CDSVersion::WalkProduct(Walk walk, CProduct* product, bool single)
         return true;
     if (reset) {
         m_log.WriteString(QStringLiteral("#Product-Reset <") + product->GetName() + QLatin1Char('>'), false);
-        m_fileResetThread.Init(product);
+        CRunJournal::Entry entry;
+        entry.run = CRunJournal::ERun::Reset;
+        entry.id = CRunJournal::NewId();
+        entry.product = product->GetName();
+        entry.dataset = product->GetDataset();
+        entry.fromCycle = product->GetCycleVersion() + QLatin1Char(' ') + product->GetRevision();
+        entry.toCycle = product->GetBackCycleVersion() + QLatin1Char(' ') + product->GetBackRevision();
+        const QString journal = CRunJournal::PathFor(product);
+        QString error;
+        if (!journal.isEmpty() && !CRunJournal::Write(journal, entry, &error)) {
+            // Without the record a cut-off reset could strand originals: nothing is moved.
+            m_log.WriteString(QStringLiteral("!!ERROR ") + error, false);
+            product->SetInstallState(QMK_STATE_INSTALL_ERROR);
+            WriteResult(tr("Reset failed") + QLatin1Char(' ') + product->GetName(), true);
+            return false;
+        }
+        m_strJournal = journal;
+        m_fileResetThread.Init(product, product->GetCycleInfoFile());
         m_pWorkerProduct = product;
         StartWorker(m_fileResetThread);
     } else {
@@ -190,6 +211,9 @@ bool CDSVersion::WalkProduct(Walk walk, CProduct* product, bool single)
 // own result line and its install group is marked done.
 void CDSVersion::FileResetThreadFinishedSlot()
 {
+    if (!m_strJournal.isEmpty())
+        CRunJournal::Remove(m_strJournal);
+    m_strJournal.clear();
     CProduct* product = m_pSingleProduct ? m_pSingleProduct : m_pWorkerProduct;
     WalkThreadFinished(Walk::Reset, product, m_fileResetThread.GetSuccess());
 }

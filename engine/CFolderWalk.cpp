@@ -64,6 +64,25 @@ QString copyToPart(const QString& from, const QString& to, QString* error)
 }
 } // namespace
 
+CFolderWalk::MoveHook CFolderWalk::st_moveHook = nullptr;
+
+namespace {
+std::atomic_int st_movesDone{0};
+}
+
+void CFolderWalk::BeforeMove()
+{
+    if (st_moveHook)
+        st_moveHook(st_movesDone);
+    ++st_movesDone;
+}
+
+void CFolderWalk::RunEnd()
+{
+    if (st_moveHook)
+        st_moveHook(st_movesDone);
+}
+
 CFolderWalk::CFolderWalk(CMyLog& log, const std::atomic_bool& stop) : m_log(log), m_stop(stop) {}
 
 QString CFolderWalk::LinkWarning(const QString& path)

@@ -61,6 +61,14 @@ public:
     // True when `path` is `root` or lies below it without passing through a symbolic link.
     static bool StaysInside(const QString& root, const QString& path);
 
+    // Called before every file move of an install or a reset, and once at the end of each such
+    // run, with the number of moves made so far in this process. Null in the program; tests end a
+    // child process here to prove that a run cut off at any move can be finished or undone.
+    using MoveHook = void (*)(int movesDone);
+    static MoveHook st_moveHook;
+    static void BeforeMove();
+    static void RunEnd();
+
 private:
     CMyLog& m_log;
     const std::atomic_bool& m_stop;

@@ -1,20 +1,28 @@
 #include "engine/FileCopyThread.h"
 
+#include "engine/CRunJournal.h"
 #include "model/CFileTree.h"
 #include "model/CProduct.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 FileCopyThread::FileCopyThread() : CFileWorkerThread(QStringLiteral("log_fcopy.txt")) {}
 
-void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool makeBackups)
+void FileCopyThread::Init(CProduct* product, const QString& sourceRoot, bool makeBackups, const QString& runId,
+                          const QString& cycleFile)
 {
     SetProduct(product);
     m_nBytesWritten = 0;
     m_bBackupWritten = false;
     m_createdBackupDirs.clear();
-    m_backedUpFiles.clear();
+    m_deferred.clear();
+    m_bBackupPromised = false;
+    m_keptBackups.clear();
+    // Every run marks its backup folders as its own, even one that nobody records.
+    m_strRunId = runId.isEmpty() ? CRunJournal::NewId() : runId;
+    m_strCycleFile = cycleFile.isEmpty() ? QString() : QDir::cleanPath(cycleFile);
     m_walk.ResetErrors();
 
     if (product) {
@@ -39,6 +47,7 @@ void FileCopyThread::DoRun()
         return;
     }
     MoveProductFiles();
+    CFolderWalk::RunEnd();
     if (m_bBackupWritten && m_bCycleUnknown) {
         QString problem;
         m_pProduct->WriteUnknownBackupCycleInfoFile(&problem);
@@ -53,6 +62,15 @@ bool FileCopyThread::MoveProductFiles()
         MoveProductFilesSub(target, sub);
         return true;
     });
+    // The cycle file last: until it is in place the product still reads as the old cycle.
+    for (const Deferred& file : qAsConst(m_deferred)) {
+        if (m_bStopRequested)
+            break;
+        m_nBytesWritten += quint64(file.size);
+        if (moveOneFile(file.source, file.target, file.backupFolder))
+            m_bSuccess = true;
+        emit SignalFileWritten(m_nBytesWritten);
+    }
     // A file left out or a backup that could not be made fails the product.
     if (m_walk.GetErrorCount() > 0)
         m_bSuccess = false;
@@ -91,6 +109,8 @@ void FileCopyThread::copyFolder(const QString& source, const QString& target)
                     QString backupFolder;
                     if (m_bMakeBackups) {
                         backupFolder = GetBackupDirPath(targetFolder);
+                        if (backupFolder.isEmpty())
+                            return true; // no backup can be made here: the folder's files are left out
                         copySkyforgeNavData(targetFolder);
                     }
                     if (!QFileInfo(sourceFolder).isDir())
@@ -107,15 +127,23 @@ void FileCopyThread::copyFolder(const QString& source, const QString& target)
                         if (m_bStopRequested)
                             break;
                         const QString name = file.fileName();
+                        const QString targetFile = targetFolder + QLatin1Char('/') + name;
+                        if (!m_strCycleFile.isEmpty() && QDir::cleanPath(targetFile) == m_strCycleFile) {
+                            m_deferred.append({file.absoluteFilePath(), targetFile, backupFolder, file.size()});
+                            const QFileInfo present(targetFile);
+                            if (m_bMakeBackups && (present.exists() || present.isSymLink()))
+                                m_bBackupPromised = true;
+                            continue;
+                        }
                         m_nBytesWritten += quint64(file.size());
-                        if (moveOneFile(sourceFolder + QLatin1Char('/') + name, targetFolder + QLatin1Char('/') + name,
-                                        backupFolder))
+                        if (moveOneFile(sourceFolder + QLatin1Char('/') + name, targetFile, backupFolder))
                             m_bSuccess = true;
                         emit SignalFileWritten(m_nBytesWritten);
                     }
 
                     // An unused backup folder goes; once anything was backed up, later ones stay (kept so).
-                    if (!m_bBackupWritten && !backupFolder.isEmpty()) {
+                    // A cycle file held back counts as backed up where the walk met it.
+                    if (!m_bBackupWritten && !m_bBackupPromised && !backupFolder.isEmpty()) {
                         removeDir(backupFolder);
                         m_createdBackupDirs.remove(backupFolder);
                     }
@@ -138,26 +166,28 @@ bool FileCopyThread::moveOneFile(const QString& sourceFile, const QString& targe
     QString backupFile;
     if ((target.exists() || isLink) && m_bMakeBackups) {
         backupFile = backupFolder + QLatin1Char('/') + target.fileName();
-        if (m_backedUpFiles.contains(backupFile)) {
-            // Replaced earlier in this run: the backup already holds the original.
+        const QFileInfo kept(backupFile);
+        if (kept.exists() || kept.isSymLink()) {
+            // The backup folder is this run's own: what it holds is the original, and the file in
+            // place is already the new one. The original is never replaced.
             backupFile.clear();
-        } else if (!CFolderWalk::MoveFile(targetFile, backupFile, true, &error)) {
-            m_walk.Error(QStringLiteral("no backup of ") + targetFile + QStringLiteral(" (") + error +
-                         QStringLiteral("); the file is kept and ") + sourceFile + QStringLiteral(" is left out"));
-            return false;
         } else {
-            m_backedUpFiles.insert(backupFile);
+            CFolderWalk::BeforeMove();
+            if (!CFolderWalk::MoveFile(targetFile, backupFile, false, &error)) {
+                m_walk.Error(QStringLiteral("no backup of ") + targetFile + QStringLiteral(" (") + error +
+                             QStringLiteral("); the file is kept and ") + sourceFile + QStringLiteral(" is left out"));
+                return false;
+            }
             m_bBackupWritten = true;
         }
     }
 
     // Without a backup the old file is replaced in one step, never deleted first.
+    CFolderWalk::BeforeMove();
     if (!CFolderWalk::MoveFile(sourceFile, targetFile, true, &error)) {
         QString restoreError;
         if (!backupFile.isEmpty()) {
-            if (CFolderWalk::MoveFile(backupFile, targetFile, false, &restoreError))
-                m_backedUpFiles.remove(backupFile);
-            else
+            if (!CFolderWalk::MoveFile(backupFile, targetFile, false, &restoreError))
                 m_walk.Error(QStringLiteral("the old file stays in the backup ") + backupFile + QStringLiteral(": ") +
                              restoreError);
         }
@@ -189,15 +219,37 @@ void FileCopyThread::copySkyforgeNavData(const QString& target)
 QString FileCopyThread::GetBackupDirPath(QString target)
 {
     const QString path = target + QLatin1Char('/') + m_strBackupDirName;
-    // A new backup replaces the previous one of the same dataset, but not one made in this run.
     if (!m_createdBackupDirs.contains(path)) {
-        removeDir(path);
-        const QFileInfo left(path);
-        if (left.exists() || left.isSymLink())
-            m_walk.Warning(QStringLiteral("earlier backup not completely removed: ") + path);
+        const QString runFile = path + QLatin1Char('/') + CRunJournal::RunFileName(m_strRunId);
+        const QFileInfo existing(path);
+        if ((existing.exists() || existing.isSymLink()) && !QFileInfo::exists(runFile)) {
+            // A new backup replaces the previous one of the same dataset, but only once this run is
+            // complete: until then the previous one waits aside, whole.
+            const QString kept = target + QLatin1Char('/') + CRunJournal::KeptBackupName(m_strBackupDirName);
+            const QFileInfo keptInfo(kept);
+            if (keptInfo.exists() || keptInfo.isSymLink()) {
+                m_walk.Error(QStringLiteral("an earlier backup is still kept aside as ") + kept +
+                             QStringLiteral("; the files of ") + target + QStringLiteral(" are left out"));
+                return QString();
+            }
+            QString error;
+            if (!CFolderWalk::MoveFile(path, kept, false, &error)) {
+                m_walk.Error(QStringLiteral("cannot set the earlier backup aside (") + error +
+                             QStringLiteral("); the files of ") + target + QStringLiteral(" are left out"));
+                return QString();
+            }
+            m_keptBackups << kept;
+        }
+        QFile mark(runFile);
+        if (!QDir().mkpath(path) || !mark.open(QIODevice::WriteOnly)) {
+            m_walk.Error(QStringLiteral("cannot create backup folder ") + path + QStringLiteral("; the files of ") +
+                         target + QStringLiteral(" are left out"));
+            return QString();
+        }
+        mark.close();
+        if (!QDir().mkpath(path + QLatin1Char('/') + m_strVersionMarker))
+            m_walk.Warning(QStringLiteral("cannot create version marker in ") + path);
     }
-    if (!QDir().mkpath(path) || !QDir().mkpath(path + QLatin1Char('/') + m_strVersionMarker))
-        m_walk.Warning(QStringLiteral("cannot create backup folder ") + path);
     m_createdBackupDirs.insert(path);
     return path;
 }

@@ -2,8 +2,10 @@
 
 #include "engine/CFileWorkerThread.h"
 
+#include <QList>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 class CProduct;
 
@@ -17,8 +19,13 @@ class FileCopyThread : public CFileWorkerThread
 public:
     FileCopyThread();
 
-    // Prepares a run; call only while the thread is not running.
-    void Init(CProduct* product, const QString& sourceRoot, bool makeBackups);
+    // Prepares a run; call only while the thread is not running. `runId` marks the backup folders
+    // this run makes; `cycleFile` is moved last of all, so that the product reads the new cycle
+    // only once everything else is in place.
+    void Init(CProduct* product, const QString& sourceRoot, bool makeBackups, const QString& runId = QString(),
+              const QString& cycleFile = QString());
+    // Backup folders of earlier runs that this run moved aside; they go once the run is complete.
+    QStringList GetKeptBackups() const { return m_keptBackups; }
 
     bool MoveProductFiles();
     bool MoveProductFilesSub(QString target, QString sub);
@@ -43,7 +50,19 @@ private:
     quint64 m_nBytesWritten = 0;
     bool m_bCycleUnknown = false;
     bool m_bBackupWritten = false;
-    // Backup folders made and files backed up in this run: a folder visited twice keeps them.
+    // Backup folders made in this run: a folder visited twice keeps its backup.
     QSet<QString> m_createdBackupDirs;
-    QSet<QString> m_backedUpFiles;
+    QString m_strRunId;
+    QString m_strCycleFile;
+    // The cycle file's move, held back until every other file is in place.
+    struct Deferred
+    {
+        QString source;
+        QString target;
+        QString backupFolder;
+        qint64 size = 0;
+    };
+    QList<Deferred> m_deferred;
+    bool m_bBackupPromised = false;
+    QStringList m_keptBackups;
 };

@@ -3,13 +3,22 @@
 #include "model/CFileTree.h"
 #include "model/CProduct.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 FileResetThread::FileResetThread() : CFileWorkerThread(QStringLiteral("log_freset.txt")) {}
 
-void FileResetThread::Init(CProduct* product)
+void FileResetThread::Init(CProduct* product, const QString& cycleFile, bool finishing)
 {
     SetProduct(product);
+    m_strCycleFile = cycleFile.isEmpty() ? QString() : QDir::cleanPath(cycleFile);
+    m_bFinishing = finishing;
+}
+
+void FileResetThread::RunHere()
+{
+    m_bStopRequested = false;
+    DoRun();
 }
 
 void FileResetThread::DoRun()
@@ -19,6 +28,7 @@ void FileResetThread::DoRun()
         ResetProductFiles();
     else
         m_walk.Error(QStringLiteral("no product to reset"));
+    CFolderWalk::RunEnd();
 }
 
 bool FileResetThread::ResetProductFiles()
@@ -27,8 +37,56 @@ bool FileResetThread::ResetProductFiles()
     const bool last =
         m_walk.ForEachTarget(m_pProduct->GetInstallPaths(),
                              [this](const QString& target, const QString&) { return ResetProductFilesSub(target); });
+    // The cycle file last: until it is back the product still reads as installed, with a backup.
+    if (!m_bStopRequested && RestoreCycleFile()) {
+        for (const CInstallPath* entry : m_pProduct->GetInstallPaths())
+            if (entry && !entry->strNewPath.isEmpty() && !m_bStopRequested)
+                RemoveEmptiedBackups(entry->strNewPath);
+    }
     m_bSuccess = last && m_walk.GetErrorCount() == 0 && !m_bStopRequested;
     return m_bSuccess;
+}
+
+bool FileResetThread::RestoreCycleFile()
+{
+    if (m_strCycleFile.isEmpty())
+        return true;
+    const QFileInfo cycle(m_strCycleFile);
+    const QString backup =
+        cycle.absolutePath() + QLatin1Char('/') + m_strBackupDirName + QLatin1Char('/') + cycle.fileName();
+    const QFileInfo kept(backup);
+    if (!kept.exists() && !kept.isSymLink())
+        return true;
+    if (cycle.isSymLink() || (cycle.isDir() && !cycle.isSymLink())) {
+        m_walk.Error(m_strCycleFile + QStringLiteral(" is a link or a folder; its backup is kept"));
+        return false;
+    }
+    QString error;
+    CFolderWalk::BeforeMove();
+    if (!CFolderWalk::MoveFile(backup, m_strCycleFile, true, &error)) {
+        m_walk.Error(QStringLiteral("cannot put back ") + m_strCycleFile + QStringLiteral(": ") + error);
+        return false;
+    }
+    return true;
+}
+
+// The backup folders that were emptied go; one still holding a file stays. Normally the walk
+// follows the backup folders down as the restore did; a finishing run looks below every folder.
+void FileResetThread::RemoveEmptiedBackups(const QString& target)
+{
+    m_walk.Walk(CFolderWalk::ChildrenOfSecond, m_strBackupDirName, target + QLatin1Char('/') + m_strBackupDirName,
+                target, [this](const QString& backup, const QString& folder) {
+                    const QFileInfo info(backup);
+                    if (!info.isDir() || info.isSymLink() || !QFileInfo(folder).isDir())
+                        return m_bFinishing && QFileInfo(folder).isDir();
+                    if (!CFileTree::plainFiles(backup).isEmpty() || !CFileTree::links(backup).isEmpty()) {
+                        m_walk.Error(QStringLiteral("backup folder kept, not everything could be put back: ") + backup);
+                        return true;
+                    }
+                    if (!removeDir(backup))
+                        m_walk.Warning(QStringLiteral("backup folder not completely removed: ") + backup);
+                    return true;
+                });
 }
 
 bool FileResetThread::ResetProductFilesSub(QString target)
@@ -58,6 +116,8 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                             break;
                         }
                         const QString targetFile = target + QLatin1Char('/') + file.fileName();
+                        if (!m_strCycleFile.isEmpty() && QDir::cleanPath(targetFile) == m_strCycleFile)
+                            continue;
                         const QFileInfo current(targetFile);
                         // A link put there after the install is not replaced; the original waits in
                         // the backup.
@@ -73,6 +133,7 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         }
                         QString error;
                         // Replaces the installed file in one step, so a failure leaves both as they were.
+                        CFolderWalk::BeforeMove();
                         if (!CFolderWalk::MoveFile(file.absoluteFilePath(), targetFile, true, &error)) {
                             m_walk.Error(QStringLiteral("cannot put back ") + targetFile + QStringLiteral(": ") +
                                          error);
@@ -80,12 +141,11 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         }
                     }
 
+                    // The folder itself goes only once the cycle file is back (RemoveEmptiedBackups).
                     if (stopped)
                         m_walk.Warning(QStringLiteral("reset stopped; backup folder kept: ") + backup);
                     else if (keepBackup)
-                        m_walk.Error(QStringLiteral("backup folder kept, not everything could be put back: ") + backup);
-                    else if (!removeDir(backup))
-                        m_walk.Warning(QStringLiteral("backup folder not completely removed: ") + backup);
+                        m_walk.Error(QStringLiteral("not everything could be put back from ") + backup);
                     return true;
                 });
 }

@@ -136,6 +136,15 @@ void CDataModel::InitDSVersion()
     m_log.WriteString(QStringLiteral("InitDSVersion"), false);
     m_dsVersion.SetServer(GetServer());
     m_dsVersion.Init(m_strVersion);
+    // An install or reset that a crash cut off is finished or undone before anything else runs.
+    const QStringList recovered = m_dsVersion.RecoverInterruptedRuns(&m_products);
+    if (!recovered.isEmpty()) {
+        m_log.WriteString(QStringLiteral("Interrupted runs: ") + recovered.join(QStringLiteral(" / ")), false);
+        CMessageBox::show(QMessageBox::Information, QStringLiteral("Quillmark"),
+                          tr("The last run of Quillmark was cut off during an update or a reset:") +
+                              QStringLiteral("\n\n") + recovered.join(QLatin1Char('\n')),
+                          GetMainWnd());
+    }
     if (m_bDSAutoUpdate)
         m_dsVersion.SearchForNewVersion(false);
 }

@@ -15,10 +15,12 @@ QFileInfoList CFileTree::allEntries(const QString& folder)
                                       QDir::DirsFirst);
 }
 
+// Walks go by name, byte for byte, so that a run cut off and run again meets the files in the
+// same order; where it matters (the cycle file) the walks take it out of that order on purpose.
 QFileInfoList CFileTree::plainFiles(const QString& folder)
 {
     QFileInfoList result;
-    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::NoSort);
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
     for (const QFileInfo& info : files)
         if (!info.isSymLink())
             result << info;
@@ -28,8 +30,7 @@ QFileInfoList CFileTree::plainFiles(const QString& folder)
 QFileInfoList CFileTree::subFolders(const QString& folder)
 {
     QFileInfoList result;
-    const QFileInfoList dirs =
-        QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::NoSort);
+    const QFileInfoList dirs = QDir(folder).entryInfoList(QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& info : dirs)
         if (!info.isSymLink())
             result << info;
@@ -40,7 +41,7 @@ QFileInfoList CFileTree::links(const QString& folder)
 {
     QFileInfoList result;
     const QFileInfoList entries =
-        QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::NoSort);
+        QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& info : entries)
         if (info.isSymLink())
             result << info;

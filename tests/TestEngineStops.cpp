@@ -347,13 +347,22 @@ private slots:
         // before it have their success line.
         const int inProgress = when == "announce" ? 1 : 0;
         QVERIFY2(!result.contains("Install failed"), qPrintable(result));
-        QCOMPARE(result, inProgress == 1 ? QString(" + Install success Prod_0\r\n") : QString());
+        // A product cut off in its copy is put back as it was, and the user is told.
+        const bool copying = when == "copy start" || when == "mid-copy";
+        QString expected = inProgress == 1 ? QString(" + Install success Prod_0\r\n") : QString();
+        if (copying)
+            expected += " + The interrupted install of Prod_0 was undone; its files are as they were before.\r\n";
+        QCOMPARE(result, expected);
         QCOMPARE(states.at(inProgress), int(QMK_STATE_INSTALL_WARNING));
         QVERIFY(!t.app.readFile("log/log_dsupdate.txt").contains("terminated"));
         QVERIFY(!QFileInfo::exists(t.app.path() + "/downloads/temp"));
 
         const QMap<QString, QByteArray> now = t.sums();
         verifyNothingLost(t.original, now);
+        if (copying) {
+            QCOMPARE(only(now, "Prod_0/"), only(t.original, "Prod_0/"));
+            QVERIFY(!QFileInfo::exists(t.root(0) + "/NavData/QMK_DS_0_journal.txt"));
+        }
         for (int i = inProgress + 1; i < 3; ++i) {
             const QString prefix = QString("Prod_%1/").arg(i);
             QVERIFY2(only(now, prefix) == only(t.original, prefix), qPrintable(prefix + " was touched"));

@@ -51,6 +51,9 @@ QStringList snapshot(const QString& root, const QString& rel = QString())
     QStringList lines;
     const QFileInfoList entries = CFileTree::allEntries(rel.isEmpty() ? root : root + '/' + rel);
     for (const QFileInfo& e : entries) {
+        // The mark of the run that made a backup folder says nothing about its content.
+        if (e.fileName().startsWith(".qmk_run_"))
+            continue;
         const QString path = rel.isEmpty() ? e.fileName() : rel + '/' + e.fileName();
         if (e.isSymLink()) {
             QString target = QString::fromStdString(std::filesystem::read_symlink(e.filePath().toStdString()));
@@ -242,6 +245,9 @@ private slots:
                     Qt::DirectConnection);
                 copy.Init(&prod, work.path() + '/' + op.section(' ', 1, 1), !op.startsWith("copynb"));
                 ok = finishes(copy) && copy.GetSuccess();
+                // As the engine does once the run is complete: the earlier backups set aside go.
+                for (const QString& kept : copy.GetKeptBackups())
+                    CFileTree::removeDir(kept);
                 disconnect(c);
             } else if (op.startsWith("rm ")) {
                 ok = CFileTree::removeDir(work.path() + '/' + op.mid(3));
@@ -377,7 +383,10 @@ private slots:
         QVERIFY(!copy.GetSuccess());
         QCOMPARE(snapshot(folder), QStringList{"a=old"});
         QCOMPARE(snapshot(work.path() + "/s"), QStringList{"a=new"});
-        QVERIFY(logs(app).contains("!!ERROR no backup of " + folder + "/a"));
+        const QString log = logs(app);
+        QVERIFY2(log.contains("!!ERROR no backup of " + folder + "/a") ||
+                     log.contains("!!ERROR cannot create backup folder " + folder),
+                 qPrintable(log.right(400)));
     }
 
     // Unpacked on another file system: files arrive by copy, and the unpacked ones go only then.

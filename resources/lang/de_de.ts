@@ -79,6 +79,38 @@
         <source>Warning</source>
         <translation>Warnung</translation>
     </message>
+    <message>
+        <source>A run record that cannot be read was left alone:</source>
+        <translation>Ein unlesbarer Ablaufvermerk wurde nicht angerührt:</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 was completed.</source>
+        <translation>Die unterbrochene Installation von %1 wurde abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 was undone; its files are as they were before.</source>
+        <translation>Die unterbrochene Installation von %1 wurde rückgängig gemacht; die Dateien sind wie zuvor.</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 could not be undone completely; see the log.</source>
+        <translation>Die unterbrochene Installation von %1 konnte nicht vollständig rückgängig gemacht werden; siehe Protokoll.</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 made no backups and cannot be undone; install it again.</source>
+        <translation>Die unterbrochene Installation von %1 hat keine Backups angelegt und kann nicht rückgängig gemacht werden; bitte erneut installieren.</translation>
+    </message>
+    <message>
+        <source>The interrupted reset of %1 waits for the reset in progress.</source>
+        <translation>Das unterbrochene Zurücksetzen von %1 wartet auf das laufende Zurücksetzen.</translation>
+    </message>
+    <message>
+        <source>The interrupted reset of %1 was completed.</source>
+        <translation>Das unterbrochene Zurücksetzen von %1 wurde abgeschlossen.</translation>
+    </message>
+    <message>
+        <source>The interrupted reset of %1 could not be completed; see the log.</source>
+        <translation>Das unterbrochene Zurücksetzen von %1 konnte nicht abgeschlossen werden; siehe Protokoll.</translation>
+    </message>
 </context>
 <context>
     <name>CDataModel</name>
@@ -101,6 +133,10 @@
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
         <translation>prop_ini.xml konnte nicht gelöscht werden</translation>
+    </message>
+    <message>
+        <source>The last run of Quillmark was cut off during an update or a reset:</source>
+        <translation>Quillmark wurde beim letzten Mal während einer Aktualisierung oder eines Zurücksetzens unterbrochen:</translation>
     </message>
 </context>
 <context>

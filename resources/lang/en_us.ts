@@ -79,12 +79,44 @@
         <source>Warning</source>
         <translation>Warning</translation>
     </message>
+    <message>
+        <source>A run record that cannot be read was left alone:</source>
+        <translation>A run record that cannot be read was left alone:</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 was completed.</source>
+        <translation>The interrupted install of %1 was completed.</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 was undone; its files are as they were before.</source>
+        <translation>The interrupted install of %1 was undone; its files are as they were before.</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 could not be undone completely; see the log.</source>
+        <translation>The interrupted install of %1 could not be undone completely; see the log.</translation>
+    </message>
+    <message>
+        <source>The interrupted install of %1 made no backups and cannot be undone; install it again.</source>
+        <translation>The interrupted install of %1 made no backups and cannot be undone; install it again.</translation>
+    </message>
+    <message>
+        <source>The interrupted reset of %1 waits for the reset in progress.</source>
+        <translation>The interrupted reset of %1 waits for the reset in progress.</translation>
+    </message>
+    <message>
+        <source>The interrupted reset of %1 was completed.</source>
+        <translation>The interrupted reset of %1 was completed.</translation>
+    </message>
+    <message>
+        <source>The interrupted reset of %1 could not be completed; see the log.</source>
+        <translation>The interrupted reset of %1 could not be completed; see the log.</translation>
+    </message>
 </context>
 <context>
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>CouldnCouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
+        <translation>CouldnCouldnCouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
     </message>
     <message>
         <source>Error! Init base</source>
@@ -92,7 +124,7 @@
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>CouldnCouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
+        <translation>CouldnCouldnCouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
@@ -100,7 +132,11 @@
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>CouldnCouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
+        <translation>CouldnCouldnCouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
+    </message>
+    <message>
+        <source>The last run of Quillmark was cut off during an update or a reset:</source>
+        <translation>The last run of Quillmark was cut off during an update or a reset:</translation>
     </message>
 </context>
 <context>
