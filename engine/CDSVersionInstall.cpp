@@ -233,7 +233,7 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
     product->SetNewCycle(cutDig(m_strLocalVersion));
     product->SetNewRevision(cutDig(m_strLocalRevision));
     const QString newVersion = product->GetNewCycle() + product->GetNewRevision();
-    const QString installed = product->GetCycleVersion() + QLatin1Char(' ') + product->GetRevision();
+    const QString installed = CRunJournal::InstalledCycle(product);
     QString backup = product->GetBackCycleVersion();
     backup += product->GetBackRevision();
 

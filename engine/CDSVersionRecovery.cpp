@@ -75,7 +75,7 @@ QString CDSVersion::RecoverProduct(CProduct* product, const QString& journal)
     if (!CRunJournal::Read(journal, entry)) {
         text = tr("A run record that cannot be read was left alone:") + QLatin1Char(' ') + journal;
     } else if (entry.run == CRunJournal::ERun::Install) {
-        const QString installed = product->GetCycleVersion() + QLatin1Char(' ') + product->GetRevision();
+        const QString installed = CRunJournal::InstalledCycle(product);
         if (installed == entry.toCycle) {
             // The cycle file is the last step: everything else is in place already.
             DropKeptBackups(product);

@@ -180,8 +180,8 @@ bool CDSVersion::WalkProduct(Walk walk, CProduct* product, bool single)
         entry.id = CRunJournal::NewId();
         entry.product = product->GetName();
         entry.dataset = product->GetDataset();
-        entry.fromCycle = product->GetCycleVersion() + QLatin1Char(' ') + product->GetRevision();
-        entry.toCycle = product->GetBackCycleVersion() + QLatin1Char(' ') + product->GetBackRevision();
+        entry.fromCycle = CRunJournal::InstalledCycle(product);
+        entry.toCycle = CRunJournal::BackedUpCycle(product);
         const QString journal = CRunJournal::PathFor(product);
         QString error;
         if (!journal.isEmpty() && !CRunJournal::Write(journal, entry, &error)) {

@@ -120,6 +120,21 @@ QString CRunJournal::NewId()
            QString::number(QRandomGenerator::global()->generate(), 36);
 }
 
+QString CRunJournal::InstalledCycle(CProduct* product)
+{
+    // Reading the cycle sets the revision, so the two reads stay in this order.
+    QString text = product->GetCycleVersion();
+    text += QLatin1Char(' ');
+    return text + product->GetRevision();
+}
+
+QString CRunJournal::BackedUpCycle(CProduct* product)
+{
+    QString text = product->GetBackCycleVersion();
+    text += QLatin1Char(' ');
+    return text + product->GetBackRevision();
+}
+
 QString CRunJournal::RunFileName(const QString& id)
 {
     // Hidden, so that a reset never puts it back as a file of the product.

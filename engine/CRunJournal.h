@@ -36,6 +36,9 @@ public:
     static bool Read(const QString& path, Entry& entry);
     static bool Remove(const QString& path);
     static QString NewId();
+    // "cycle revision" as the product's cycle file, or its backup, reads now.
+    static QString InstalledCycle(CProduct* product);
+    static QString BackedUpCycle(CProduct* product);
     // The file that marks a backup folder as made by the run with this id.
     static QString RunFileName(const QString& id);
     // Where a backup of an earlier run waits while a new one is made beside it.

@@ -431,7 +431,9 @@ bool CProduct::UpdateCheckCycleVersion()
         return false;
     }
     // No separator between cycle and revision: kept so, the comparison has always worked this way.
-    const QString installed = GetCycleVersion() + m_strRevision;
+    // Reading the cycle sets the revision: two statements keep that order.
+    QString installed = GetCycleVersion();
+    installed += m_strRevision;
     const QString target = m_strNewCycle + m_strNewRevision;
     if (installed != target) {
         SetInstallState(QMK_STATE_INSTALL_WARNING);
