@@ -161,6 +161,10 @@ void dlgUpdateQMKVersion::UpdateCtrls()
     m_pInstall->setVisible(installShown);
     m_pInstall->setEnabled(installEnabled);
     m_pProgress->setVisible(progressShown);
+    // Return presses the step the dialog offers, else it closes.
+    m_pDownload->setDefault(downloadEnabled);
+    m_pInstall->setDefault(installEnabled);
+    GetOkButton()->setDefault(!downloadEnabled && !installEnabled);
     // While something runs, leaving the dialog cancels it, and the button says so.
     GetOkButton()->setVisible(!running);
     GetCancelButton()->setVisible(running);
