@@ -151,6 +151,9 @@ void CDataModel::QMKInstallerStartedSlot()
 
 void CDataModel::RunUpdateQuillmark()
 {
+    // The check of the start still runs; the downloader takes one transfer at a time.
+    if (m_bQMKCheckPending)
+        return;
     m_bQMKCheckPending = true;
     m_qmkVersion.SearchForNewVersion(false);
 }
