@@ -98,6 +98,7 @@ void CQMKVersion::requestFile(const QString& fileName)
         m_strErrorText = QStringLiteral("Problem opening save file ") + m_strDownloadDir + QLatin1Char('/') + fileName +
                          QStringLiteral(": ") + reason + QStringLiteral("\r\n");
         m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
+        m_nNetworkError = 0;
         QTimer::singleShot(0, this, &CQMKVersion::SignalDownloadError);
         return;
     }
@@ -126,6 +127,17 @@ bool CQMKVersion::NewQMKVersionAvailable()
     return m_strNewVersion.toLatin1() > m_strCurrentVersion.toLatin1();
 }
 
+bool CQMKVersion::ShowQMKDownloadDlg()
+{
+    return !m_bSearch || NewQMKVersionAvailable();
+}
+
+bool CQMKVersion::ConnectionFailed() const
+{
+    // Qt numbers the errors below the HTTP answer (connection, TLS, proxy) under 200.
+    return m_nNetworkError > 0 && m_nNetworkError < 200;
+}
+
 void CQMKVersion::DownloadNewQMKVersion()
 {
     requestFile(m_strZipName);
@@ -142,6 +154,7 @@ void CQMKVersion::downloadFinishedSlot(QString urlPath, QString filePath, QStrin
     for (const QString& error : errors)
         m_strErrorText += error + QStringLiteral("\r\n");
 
+    m_nNetworkError = errors.isEmpty() ? 0 : DownloadManager::stLastError;
     if (!errors.isEmpty()) {
         m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
         emit SignalDownloadError();
@@ -362,7 +375,12 @@ void CQMKVersion::StartInstallFileSlot()
     QString updater = m_strDownloadDir + QLatin1Char('/') + QStringLiteral("qmk_au") + QStringLiteral(".app");
     CProduct::ReplacePathCL(updater);
 
-    CToolCommand command(QStringLiteral("open"));
+#ifdef Q_OS_MACOS
+    const QString opener = QStringLiteral("open");
+#else
+    const QString opener = QStringLiteral("xdg-open");
+#endif
+    CToolCommand command(opener);
     command.quoted(updater);
     m_log.WriteString(command.commandLine(), false);
 
@@ -373,11 +391,12 @@ void CQMKVersion::StartInstallFileSlot()
     auto* process = new QProcess();
     if (!command.start(process)) {
         delete process;
-        const QString error = tr("Missing file ") + QStringLiteral("open");
+        const QString error = tr("Missing file ") + opener;
         m_log.WriteString(QStringLiteral("!!ERROR ") + error, false);
         CMessageBox::critical(error, QStringLiteral("Error"), Application::mainWnd);
         return;
     }
+    emit SignalInstallerStarted();
     QThread::msleep(100);
     QCoreApplication::exit(0);
 }

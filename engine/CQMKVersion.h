@@ -11,7 +11,8 @@
 
 // Self-update: learns the newest release from "mac_version.txt" on the download server,
 // downloads its archive into "downloads", unpacks it with unzip and hands over to the updater
-// "qmk_au.app", then ends the program. The self-update dialog decides each step.
+// "qmk_au.app" (with the desktop's opener, `open` on macOS and `xdg-open` elsewhere), then ends the program. The
+// self-update dialog decides each step.
 class CQMKVersion : public QObject
 {
     Q_OBJECT
@@ -30,6 +31,13 @@ public:
 
     void SearchForNewVersion(bool search);
     bool NewQMKVersionAvailable();
+    // Whether the self-update dialog opens once the version file has been asked for: always after a
+    // check started by hand (it then reports being up to date or failing too), after an automatic
+    // one only when there is a newer version.
+    bool ShowQMKDownloadDlg();
+    // The last transfer failed before the server answered (refused, unreachable, timed out); an
+    // answer such as 404 is not one.
+    bool ConnectionFailed() const;
     void DownloadNewQMKVersion();
     bool InstallQuillmark();
     void moveDirCentents(const QString& source, const QString& target);
@@ -71,6 +79,8 @@ signals:
     void SignalDownloadError();
     void SignalUnzipNewVersionFinished();
     void SignalChangePercent(int percent);
+    // The updater has been started; the program ends next.
+    void SignalInstallerStarted();
 
 private:
     QString serverUrl(const QString& fileName) const;
@@ -93,4 +103,5 @@ private:
 
     QString m_strServer;
     bool m_bTransferRunning = false;
+    int m_nNetworkError = 0; // of the last failed transfer, as the downloader reported it
 };

@@ -3,6 +3,7 @@
 #include "app/Application.h"
 #include "app/CMessageBox.h"
 #include "model/CCategory.h"
+#include "model/CDialogRoute.h"
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
 #include "model/CXmlSection.h"
@@ -90,6 +91,7 @@ void CDataModel::Init(QString version)
     connect(&m_qmkVersion, &CQMKVersion::SignalDownloadVersionTXTFinish, this,
             &CDataModel::SlotDownloadVersionTXTFinish);
     connect(&m_qmkVersion, &CQMKVersion::SignalDownloadError, this, &CDataModel::QMKVersionCheckFailedSlot);
+    connect(&m_qmkVersion, &CQMKVersion::SignalInstallerStarted, this, &CDataModel::QMKInstallerStartedSlot);
     InitQMKVersion();
 }
 
@@ -107,9 +109,9 @@ void CDataModel::InitQMKVersion()
 
 void CDataModel::SlotDownloadVersionTXTFinish()
 {
-    m_bQMKCheckPending = false;
-    emit SignalDownloadVersionFinished();
-    InitDSVersion();
+    if (!m_bQMKCheckPending)
+        return;
+    FinishQMKCheck();
 }
 
 void CDataModel::QMKVersionCheckFailedSlot()
@@ -118,15 +120,40 @@ void CDataModel::QMKVersionCheckFailedSlot()
     // would otherwise leave the dataset engine unstarted and the settings' button disabled.
     if (!m_bQMKCheckPending)
         return;
-    m_bQMKCheckPending = false;
     m_log.WriteString(QStringLiteral("!!WARNING application version check failed: ") + m_qmkVersion.GetErrorText(),
                       false);
+    FinishQMKCheck();
+}
+
+void CDataModel::FinishQMKCheck()
+{
+    m_bQMKCheckPending = false;
+    if (m_qmkVersion.ShowQMKDownloadDlg()) {
+        CDialogRoute::Run(EDlgPurpose::UpdateQuillmark, this,
+                          QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "Quillmark Update")));
+        m_log.WriteString(QStringLiteral("Show dlgUpdateQMKVersion"), false);
+    }
+    // The updater has taken over; nothing more starts.
+    if (m_bClosing)
+        return;
     emit SignalDownloadVersionFinished();
-    InitDSVersion();
+    // A check by hand later in the run leaves the dataset engine as it is.
+    if (!m_bDSStarted)
+        InitDSVersion();
+}
+
+void CDataModel::QMKInstallerStartedSlot()
+{
+    m_bClosing = true;
+    m_log.WriteString(QStringLiteral("Updater started, closing"), false);
+    emit SignalCloseApplication();
 }
 
 void CDataModel::RunUpdateQuillmark()
 {
+    // The check of the start still runs; the downloader takes one transfer at a time.
+    if (m_bQMKCheckPending)
+        return;
     m_bQMKCheckPending = true;
     m_qmkVersion.SearchForNewVersion(false);
 }
@@ -134,6 +161,7 @@ void CDataModel::RunUpdateQuillmark()
 void CDataModel::InitDSVersion()
 {
     m_log.WriteString(QStringLiteral("InitDSVersion"), false);
+    m_bDSStarted = true;
     m_dsVersion.SetServer(GetServer());
     m_dsVersion.Init(m_strVersion);
     // An install or reset that a crash cut off is finished or undone before anything else runs.

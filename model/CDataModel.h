@@ -119,10 +119,15 @@ public slots:
     void SlotDownloadVersionTXTFinish();
     // A version check of the application that could not fetch its file still has to end.
     void QMKVersionCheckFailedSlot();
+    // The updater runs: the dialog and the window close and the program ends.
+    void QMKInstallerStartedSlot();
     void CheckHighVersionFinishedSlot();
     void ChangeNewVersionSlot(QString newVersion);
 
 private:
+    // The end of an application check: the self-update dialog when the engine asks for it, then
+    // the dataset check, once per run.
+    void FinishQMKCheck();
     void ApplyDSEngineFlags();
     // Reads one file's sections; false when the file cannot be opened.
     bool ReadFile(const QString& path, bool bBase);
@@ -137,6 +142,8 @@ private:
     CQMKVersion m_qmkVersion;
     CDSVersion m_dsVersion;
     bool m_bQMKCheckPending = false;
+    bool m_bDSStarted = false;
+    bool m_bClosing = false;
     CInstallGroupList m_installGroups;
     bool m_bQuillmarkAutoUpdate = true;
     bool m_bDSAutoUpdate = true;

@@ -166,7 +166,7 @@ private slots:
         QVERIFY(QFile::link(outside.path(), app.filePath("downloads/update2")));
 
         FakeTools tools;
-        tools.add("open", "printf '%s\\n' \"$@\" > \"" + tools.filePath("open.args").toLocal8Bit() + "\"");
+        tools.add("xdg-open", "printf '%s\\n' \"$@\" > \"" + tools.filePath("open.args").toLocal8Bit() + "\"");
 
         TestServer server(serverRoot.path());
         QVERIFY(server.start());
@@ -232,7 +232,8 @@ private slots:
             return args.open(QIODevice::ReadOnly) ? args.readAll() : QByteArray();
         };
         QTRY_COMPARE(recorded(), (downloads + "/qmk_au.app\n").toLocal8Bit());
-        QVERIFY(app.readFile("log/log_qmkupdate.txt").contains("open \"" + downloads.toLocal8Bit() + "/qmk_au.app\""));
+        QVERIFY(
+            app.readFile("log/log_qmkupdate.txt").contains("xdg-open \"" + downloads.toLocal8Bit() + "/qmk_au.app\""));
     }
 
     void faults_data()

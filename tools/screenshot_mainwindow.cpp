@@ -1,5 +1,6 @@
 // Builds the main window offscreen on a program folder and saves it, and each of its dialogs, in
-// English and German: mainwindow_en.png, settings_en.png, help_en.png, then the same with _de.
+// English and German: mainwindow_en.png, settings_en.png, help_en.png, the self-update dialog
+// (update_ready_en.png, update_downloaded_en.png, update_noserver_en.png), then the same with _de.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
@@ -11,19 +12,23 @@
 #include "model/CDialogRoute.h"
 #include "model/CProduct.h"
 #include "support/SampleCatalogue.h"
+#include "support/TestServer.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
+#include "ui/dlgUpdateQMKVersion.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QLayout>
 #include <QPixmap>
 #include <QSize>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -48,6 +53,60 @@ bool save(QWidget& widget, const QString& path)
     }
     std::printf("%s\n", qPrintable(path));
     return true;
+}
+
+// Runs the event loop until the engine sends `signal` (or 20 s have passed).
+template <typename Signal> void waitFor(CQMKVersion* engine, Signal signal)
+{
+    QEventLoop loop;
+    QObject::connect(engine, signal, &loop, &QEventLoop::quit);
+    QObject::connect(engine, &CQMKVersion::SignalDownloadError, &loop, &QEventLoop::quit);
+    QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// The self-update dialog against a loopback server: a newer version ready for download, the same
+// downloaded, and a server that cannot be reached; update_ready_en.png and so on.
+bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QString& suffix)
+{
+    CDataModel* model = window.GetDataModel();
+    CQMKVersion* engine = model->GetQMKVersion();
+    TestServer server;
+    if (!server.start())
+        return false;
+    server.addContent(QStringLiteral("/downloads/quillmark/mac_version.txt"), QByteArrayLiteral("124"));
+    server.addContent(QStringLiteral("/downloads/quillmark/VL_QUILLMARK_V124_MAC.zip"), QByteArray(64 * 1024, 'x'));
+    engine->SetServer(server.hostAndPort());
+    engine->SearchForNewVersion(true);
+    waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
+
+    bool ok = true;
+    const QString title = QStringLiteral("Quillmark Update");
+    {
+        dlgUpdateQMKVersion dialog(&window);
+        dialog.Init(model, title);
+        dialog.show();
+        ok = save(dialog, output + QStringLiteral("/update_ready") + suffix) && ok;
+        dialog.ClickedDownloadSlot();
+        waitFor(engine, &CQMKVersion::SignalNewQMKVersionDownloaded);
+        ok = save(dialog, output + QStringLiteral("/update_downloaded") + suffix) && ok;
+        dialog.done(QDialog::Rejected);
+    }
+    quint16 closedPort = 0;
+    {
+        TestServer gone;
+        if (gone.start())
+            closedPort = gone.port();
+    }
+    engine->SetServer(QStringLiteral("127.0.0.1:%1").arg(closedPort));
+    engine->SearchForNewVersion(false);
+    waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
+    dlgUpdateQMKVersion dialog(&window);
+    dialog.Init(model, title);
+    dialog.show();
+    ok = save(dialog, output + QStringLiteral("/update_noserver") + suffix) && ok;
+    dialog.done(QDialog::Rejected);
+    return ok;
 }
 } // namespace
 
@@ -152,6 +211,7 @@ int main(int argc, char** argv)
             currentFile = output + QLatin1Char('/') + QLatin1String(dialog.name) + suffix;
             QMetaObject::invokeMethod(buttons.at(dialog.button), "clickedSlot");
         }
+        ok = saveSelfUpdate(window, output, suffix) && ok;
     }
     CDialogRoute::SetHandler(nullptr);
     Application::setLanguage(QStringLiteral("en_US"));

@@ -10,7 +10,7 @@ LUPDATE=/usr/lib/qt5/bin/lupdate
 sed -i -e 's|<translation type="unfinished"></translation>|<translation>@SOURCE@</translation>|' resources/lang/en_us.ts
 awk '
     /<source>/ { src = $0; sub(/.*<source>/, "", src); sub(/<\/source>.*/, "", src) }
-    /@SOURCE@/ { sub(/@SOURCE@/, src) }
+    /@SOURCE@/ { gsub(/&/, "\\\\&", src); sub(/@SOURCE@/, src) }
     { print }
 ' resources/lang/en_us.ts > resources/lang/en_us.ts.new && mv resources/lang/en_us.ts.new resources/lang/en_us.ts
 grep -c 'type="unfinished"' resources/lang/de_de.ts | sed 's/^/unfinished German texts: /' || true

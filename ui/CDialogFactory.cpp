@@ -2,6 +2,7 @@
 
 #include "ui/DlgHelp.h"
 #include "ui/DlgVLSettings.h"
+#include "ui/dlgUpdateQMKVersion.h"
 
 void CDialogFactory::Install()
 {
@@ -21,10 +22,14 @@ QDialog* CDialogFactory::Build(EDlgPurpose purpose, CDataModel* model, const QSt
         dialog->Init(model, title);
         return dialog;
     }
+    case EDlgPurpose::UpdateQuillmark: {
+        auto* dialog = new dlgUpdateQMKVersion(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
     case EDlgPurpose::UpdateDatasets:
     case EDlgPurpose::ResetDatasets:
     case EDlgPurpose::RemoveBackups:
-    case EDlgPurpose::UpdateQuillmark:
         break;
     }
     return nullptr;

@@ -206,6 +206,10 @@
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>Quillmark Update</source>
+        <translation>Quillmark-Aktualisierung</translation>
+    </message>
 </context>
 <context>
     <name>DlgHelp</name>
@@ -451,6 +455,57 @@
     <message>
         <source>Update available.</source>
         <translation>Aktualisierung verfügbar.</translation>
+    </message>
+</context>
+<context>
+    <name>dlgUpdateQMKVersion</name>
+    <message>
+        <source>Failed to connect to Velmora-Server.</source>
+        <translation>Keine Verbindung zum Velmora-Server.</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>ready for download.</source>
+        <translation>steht zum Download bereit.</translation>
+    </message>
+    <message>
+        <source>There are no new updates available.</source>
+        <translation>Es sind keine neuen Aktualisierungen verfügbar.</translation>
+    </message>
+    <message>
+        <source>No version information was found on the Velmora-Server.</source>
+        <translation>Auf dem Velmora-Server wurde keine Versionsangabe gefunden.</translation>
+    </message>
+    <message>
+        <source>Run download.</source>
+        <translation>Download läuft.</translation>
+    </message>
+    <message>
+        <source>downloaded.</source>
+        <translation>heruntergeladen.</translation>
+    </message>
+    <message>
+        <source>Download failed.</source>
+        <translation>Download fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Run unzip.</source>
+        <translation>Entpacken läuft.</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>Run update now</source>
+        <translation>Jetzt aktualisieren</translation>
+    </message>
+    <message>
+        <source>Installation-File not found.</source>
+        <translation>Installationsdatei nicht gefunden.</translation>
     </message>
 </context>
 <context>

@@ -116,7 +116,7 @@
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>CouldnCouldnCouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
+        <translation>Couldn&apos;t open bin/base_ini.xml</translation>
     </message>
     <message>
         <source>Error! Init base</source>
@@ -124,7 +124,7 @@
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>CouldnCouldnCouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
+        <translation>Couldn&apos;t open prop_ini.xml</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
@@ -132,7 +132,7 @@
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>CouldnCouldnCouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
+        <translation>Couldn&apos;t delete prop_ini.xml</translation>
     </message>
     <message>
         <source>The last run of Quillmark was cut off during an update or a reset:</source>
@@ -205,6 +205,10 @@
     <message>
         <source>Cancel</source>
         <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Quillmark Update</source>
+        <translation>Quillmark Update</translation>
     </message>
 </context>
 <context>
@@ -451,6 +455,57 @@
     <message>
         <source>Update available.</source>
         <translation>Update available.</translation>
+    </message>
+</context>
+<context>
+    <name>dlgUpdateQMKVersion</name>
+    <message>
+        <source>Failed to connect to Velmora-Server.</source>
+        <translation>Failed to connect to Velmora-Server.</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>ready for download.</source>
+        <translation>ready for download.</translation>
+    </message>
+    <message>
+        <source>There are no new updates available.</source>
+        <translation>There are no new updates available.</translation>
+    </message>
+    <message>
+        <source>No version information was found on the Velmora-Server.</source>
+        <translation>No version information was found on the Velmora-Server.</translation>
+    </message>
+    <message>
+        <source>Run download.</source>
+        <translation>Run download.</translation>
+    </message>
+    <message>
+        <source>downloaded.</source>
+        <translation>downloaded.</translation>
+    </message>
+    <message>
+        <source>Download failed.</source>
+        <translation>Download failed.</translation>
+    </message>
+    <message>
+        <source>Run unzip.</source>
+        <translation>Run unzip.</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Run update now</source>
+        <translation>Run update now</translation>
+    </message>
+    <message>
+        <source>Installation-File not found.</source>
+        <translation>Installation-File not found.</translation>
     </message>
 </context>
 <context>
