@@ -85,6 +85,10 @@ void CDataModel::Init(QString version)
     InitBase();
     InitProp();
     InitProductParentCategory();
+    // Every product's folder is known from the start, not only once its card has been built.
+    for (int i = 0; i < m_products.GetSize(); ++i)
+        if (CProduct* product = m_products.GetByIndex(i))
+            product->InitNewProdPath(product->GetProductPath());
 
     connect(&m_dsVersion, &CDSVersion::SignalCheckHighVersionFinished, this, &CDataModel::CheckHighVersionFinishedSlot);
     connect(&m_dsVersion, &CDSVersion::SignalChangeNewVersion, this, &CDataModel::ChangeNewVersionSlot);
@@ -436,6 +440,8 @@ void CDataModel::InitProdUpdateListForUpdateOrReset(bool forUpdate)
     m_installGroups.Clear();
     for (int i = 0; i < m_products.GetSize(); ++i) {
         CProduct* product = m_products.GetByIndex(i);
+        // The folder follows the simulator folder as it is now, whether or not a card shows it.
+        product->InitNewProdPath(product->GetProductPath());
         product->InitNewInstallPaths(forUpdate);
         m_installGroups.AssignProduct(product);
     }

@@ -2,6 +2,8 @@
 #include "model/CDataModel.h"
 #include "model/CProduct.h"
 #include "support/DatasetFiles.h"
+#include "support/MessageBoxSpy.h"
+#include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
 
@@ -105,6 +107,63 @@ private slots:
         const QByteArray saved = app.readFile("bin/prop_ini.xml");
         QVERIFY(saved.contains("<CreateBackupFiles>1</CreateBackupFiles>"));
         QVERIFY(saved.contains("<NavDataOverwriteAccept>0</NavDataOverwriteAccept>"));
+    }
+
+    // A run cut off the last time is dealt with at start-up, and the user is told what was done.
+    void startUpRecovers_data()
+    {
+        QTest::addColumn<QString>("run");
+        QTest::addColumn<QByteArray>("cycleNow");
+        QTest::addColumn<QString>("told");
+        QTest::addColumn<QByteArray>("fileAfter");
+        const QByteArray c1801 = "AIRAC cycle    : 1801\r\nRevision       : 1\r\n";
+        const QByteArray c1802 = "AIRAC cycle    : 1802\r\nRevision       : 1\r\n";
+        QTest::newRow("install cut off before its cycle file: undone")
+            << "install" << c1801 << "The interrupted install of P1 was undone" << QByteArray("old");
+        QTest::newRow("install cut off after its cycle file: completed")
+            << "install" << c1802 << "The interrupted install of P1 was completed" << QByteArray("new");
+        QTest::newRow("reset cut off: completed")
+            << "reset" << c1802 << "The interrupted reset of P1 was completed" << QByteArray("old");
+    }
+
+    void startUpRecovers()
+    {
+        QFETCH(QString, run);
+        QFETCH(QByteArray, cycleNow);
+        QFETCH(QString, told);
+        QFETCH(QByteArray, fileAfter);
+        TempAppDir app;
+        QVERIFY(app.writeFile("bin/base_ini.xml",
+                              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><categories><data><name>X-Plane 11"
+                              "</name><path></path></data></categories><datasets><data><name>DS1</name></data>"
+                              "</datasets><products><data><name>P1</name><dataset>DS1</dataset><product_path>" +
+                                  app.path().toUtf8() +
+                                  "/P1</product_path><install_path>$ProductPath:\\p1</install_path>"
+                                  "<cycle_info_path>$ProductPath</cycle_info_path><category>X-Plane 11</category>"
+                                  "<update>true</update></data></products></data>\n"));
+        QVERIFY(app.writeFile("bin/prop_ini.xml", SampleCatalogue::QuietSettingsXml()));
+        // The product as a cut-off run left it: a file moved aside, the new one in its place.
+        QVERIFY(app.writeFile("P1/a.dat", "new"));
+        QVERIFY(app.writeFile("P1/cycle_info.txt", cycleNow));
+        QVERIFY(app.writeFile("P1/QMK_DS1_back/a.dat", "old"));
+        QVERIFY(app.writeFile("P1/QMK_DS1_back/cycle_info.txt", "AIRAC cycle    : 1801\r\nRevision       : 1\r\n"));
+        QVERIFY(app.writeFile("P1/QMK_DS1_back/.qmk_run_r1", ""));
+        QVERIFY(QDir().mkpath(app.filePath("P1/QMK_DS1_back/_V_1801_R_1")));
+        QVERIFY(app.writeFile("P1/QMK_DS1_journal.txt",
+                              "run: " + run.toUtf8() + "\nid: r1\nproduct: P1\ndataset: DS1\nfrom: 1801 1\nto: " +
+                                  (run == "install" ? "1802 1" : "1801 1") + "\nbackups: 1\n"));
+
+        MessageBoxSpy boxes;
+        CDataModel model;
+        model.Init("1.2.3");
+        QCOMPARE(boxes.count(), 1);
+        QCOMPARE(boxes.boxes().first().icon, QMessageBox::Information);
+        QVERIFY2(boxes.boxes().first().text.contains(told), qPrintable(boxes.boxes().first().text));
+        QCOMPARE(app.readFile("P1/a.dat"), fileAfter);
+        QVERIFY(!QFileInfo::exists(app.filePath("P1/QMK_DS1_journal.txt")));
+        QVERIFY(app.readFile("log/log_datamodel.txt").contains(told.toUtf8()));
+        // Undone or reset, the backup is gone; completed, it stays for a later reset.
+        QCOMPARE(QFileInfo::exists(app.filePath("P1/QMK_DS1_back/a.dat")), fileAfter == "new");
     }
 };
 
