@@ -214,6 +214,7 @@ private:
         Reset,
         RemoveBackup
     };
+    void StartWalk(Walk walk, CProductList* list);
     void WalkNextProduct(Walk walk);
     void WalkSelProduct(Walk walk);
     bool WalkProduct(Walk walk, CProduct* product, bool single);

@@ -25,31 +25,28 @@ void CDSVersion::PrepareBackupRun(CProductList* list, EQMKProductInstallState ru
 
 void CDSVersion::Reset(CProductList* list)
 {
-    m_log.WriteString(QStringLiteral("--Reset Datasets"), false);
-    m_pProductList = list;
-    m_iResetIndex = -1;
-    if (!list)
-        return;
-    RecoverInterruptedRuns(list);
-    BeginRun(ERun::Reset);
-    if (!m_pSingleProduct)
-        PrepareBackupRun(list, QMK_STATE_RESET_RUN);
-    ResetNextProduct();
+    StartWalk(Walk::Reset, list);
 }
 
 void CDSVersion::RemoveBackup(CProductList* list)
 {
-    m_log.WriteString(QStringLiteral("--RemoveBackup Datasets"), false);
+    StartWalk(Walk::RemoveBackup, list);
+}
+
+void CDSVersion::StartWalk(Walk walk, CProductList* list)
+{
+    const bool reset = walk == Walk::Reset;
+    m_log.WriteString(reset ? QStringLiteral("--Reset Datasets") : QStringLiteral("--RemoveBackup Datasets"), false);
     m_pProductList = list;
-    m_iRemoveBackupIndex = -1;
+    (reset ? m_iResetIndex : m_iRemoveBackupIndex) = -1;
     if (!list)
         return;
-    // A backup that a cut-off run still needs is never deleted.
+    // A run cut off earlier is dealt with first: a backup it still needs is never deleted.
     RecoverInterruptedRuns(list);
-    BeginRun(ERun::RemoveBackup);
+    BeginRun(reset ? ERun::Reset : ERun::RemoveBackup);
     if (!m_pSingleProduct)
-        PrepareBackupRun(list, QMK_STATE_REMOVE_BACKUP_RUN);
-    RemoveBackupNextProduct();
+        PrepareBackupRun(list, reset ? QMK_STATE_RESET_RUN : QMK_STATE_REMOVE_BACKUP_RUN);
+    WalkNextProduct(walk);
 }
 
 void CDSVersion::ResetNextProduct()

@@ -57,12 +57,7 @@ struct Install
 
         engine.Init("1.0");
         writeFile(engine.GetCycleDirectory() + "/versionList.txt", "Revision: 1\n1802\n");
-        product = products.Add("Prod A");
-        product->SetDataset("DS1");
-        product->InitNewProdPath(productRoot);
-        product->AddInstallPath("$ProductPath/NavData:/NavData");
-        product->SetCycleInfoPath("$ProductPath/NavData");
-        product->SetUpdate(true);
+        product = addNavDataProduct(products, "Prod A", "DS1", productRoot);
         groups.AssignProduct(product);
         engine.SetProductList(&products);
     }

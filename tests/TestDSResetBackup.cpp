@@ -40,12 +40,7 @@ struct Products
             writeRandomTree(tree + "/NavData", 20, seed + 100 + i);
             writeFile(tree + "/NavData/cycle_info.txt", "AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
             zipFolder(tree, engine.GetCycleDirectory() + QString("/DS_%1.zip").arg(i));
-            CProduct* p = products.Add(name);
-            p->SetDataset(QString("DS_%1").arg(i));
-            p->InitNewProdPath(root);
-            p->AddInstallPath("$ProductPath/NavData:/NavData");
-            p->SetCycleInfoPath("$ProductPath/NavData");
-            p->SetUpdate(true);
+            CProduct* p = addNavDataProduct(products, name, QString("DS_%1").arg(i), root);
             groups.AssignProduct(p);
         }
         engine.SetProductList(&products);

@@ -69,12 +69,7 @@ struct Products
             writeTree(tree + "/NavData", files, 200 + i);
             writeFile(tree + "/NavData/cycle_info.txt", kNewCycle);
             zipFolder(tree, engine.GetCycleDirectory() + QString("/DS_%1.zip").arg(i));
-            CProduct* p = products.Add(name);
-            p->SetDataset(QString("DS_%1").arg(i));
-            p->InitNewProdPath(root);
-            p->AddInstallPath("$ProductPath/NavData:/NavData");
-            p->SetCycleInfoPath("$ProductPath/NavData");
-            p->SetUpdate(true);
+            CProduct* p = addNavDataProduct(products, name, QString("DS_%1").arg(i), root);
             groups.AssignProduct(p);
         }
         engine.SetProductList(&products);
@@ -568,24 +563,14 @@ private slots:
     {
         // Two products in one install group (one folder, one dataset) and one on its own.
         Products t(1, 30);
-        CProduct* sibling = t.products.Add("Prod_0 Twin");
-        sibling->SetDataset("DS_0");
-        sibling->InitNewProdPath(t.root(0));
-        sibling->AddInstallPath("$ProductPath/NavData:/NavData");
-        sibling->SetCycleInfoPath("$ProductPath/NavData");
-        sibling->SetUpdate(true);
-        CProduct* other = t.products.Add("Prod_1");
+        addNavDataProduct(t.products, "Prod_0 Twin", "DS_0", t.root(0));
         const QString otherRoot = t.work.path() + "/Prod_1";
         writeTree(otherRoot + "/NavData", 20, 9);
         writeFile(otherRoot + "/NavData/cycle_info.txt", kOldCycle);
         writeTree(t.work.path() + "/new/Prod_1/NavData", 20, 10);
         writeFile(t.work.path() + "/new/Prod_1/NavData/cycle_info.txt", kNewCycle);
         zipFolder(t.work.path() + "/new/Prod_1", t.engine.GetCycleDirectory() + "/DS_1.zip");
-        other->SetDataset("DS_1");
-        other->InitNewProdPath(otherRoot);
-        other->AddInstallPath("$ProductPath/NavData:/NavData");
-        other->SetCycleInfoPath("$ProductPath/NavData");
-        other->SetUpdate(true);
+        addNavDataProduct(t.products, "Prod_1", "DS_1", otherRoot);
         // Grouped as the data model does it: by dataset and resolved install paths.
         CInstallGroupList groups;
         for (int i = 0; i < t.products.GetSize(); ++i) {

@@ -1,5 +1,8 @@
 #include "support/DatasetFiles.h"
 
+#include "model/CProduct.h"
+#include "model/CProductList.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
@@ -114,6 +117,17 @@ bool ToolPath::addScript(const QString& name, const QByteArray& body)
         return false;
     return QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadGroup |
                                            QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther);
+}
+
+CProduct* addNavDataProduct(CProductList& list, const QString& name, const QString& dataset, const QString& root)
+{
+    CProduct* product = list.Add(name);
+    product->SetDataset(dataset);
+    product->InitNewProdPath(root);
+    product->AddInstallPath(QStringLiteral("$ProductPath/NavData:/NavData"));
+    product->SetCycleInfoPath(QStringLiteral("$ProductPath/NavData"));
+    product->SetUpdate(true);
+    return product;
 }
 
 } // namespace DatasetFiles

@@ -6,6 +6,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+class CProduct;
+class CProductList;
+
 // Real files for the dataset engine's tests: random trees, checksums of trees, archives made
 // with the real `zip`, and fake tools put first on the search path.
 namespace DatasetFiles {
@@ -24,6 +27,9 @@ QString zipFolder(const QString& folder, const QString& archive, const QString& 
                   bool storeLinks = false);
 
 bool writeFile(const QString& path, const QByteArray& content);
+
+// Adds a product selected for update whose data and cycle file go into root + "/NavData".
+CProduct* addNavDataProduct(CProductList& list, const QString& name, const QString& dataset, const QString& root);
 QByteArray readFile(const QString& path);
 
 // A temporary folder put first on PATH while the object lives; the previous PATH comes back

@@ -11,6 +11,7 @@
 #include "model/CInstallGroupList.h"
 #include "model/CProduct.h"
 #include "model/CProductList.h"
+#include "support/DatasetFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -51,12 +52,9 @@ int main(int argc, char** argv)
     CInstallGroupList groups;
     const QStringList folders = QDir(work).entryList({QStringLiteral("Prod_*")}, QDir::Dirs, QDir::Name);
     for (const QString& folder : folders) {
-        CProduct* p = products.Add(folder);
-        p->SetDataset(QStringLiteral("DS_") + folder.section(QLatin1Char('_'), 1));
-        p->InitNewProdPath(work + QLatin1Char('/') + folder);
-        p->AddInstallPath(QStringLiteral("$ProductPath/NavData:/NavData"));
-        p->SetCycleInfoPath(QStringLiteral("$ProductPath/NavData"));
-        p->SetUpdate(true);
+        CProduct* p = DatasetFiles::addNavDataProduct(products, folder,
+                                                      QStringLiteral("DS_") + folder.section(QLatin1Char('_'), 1),
+                                                      work + QLatin1Char('/') + folder);
         p->InitNewInstallPaths(false);
         groups.AssignProduct(p);
     }
