@@ -24,9 +24,7 @@ cp "$QMK_BUILD/Quillmark" "$demo/app/"
 # A free loopback port for the demo server.
 port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1",0)); print(s.getsockname()[1])' 2>/dev/null || echo 18470)
 
-"$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" >/dev/null
-sed -e "s|@DEMO_SIM_ROOT@|$demo/sims|g" -e "s|@DEMO_SERVER@|127.0.0.1:$port|g" \
-    "$QMK_ROOT/tools/demo/base_ini.xml.in" > "$demo/app/bin/base_ini.xml"
+DEMO_SERVER=127.0.0.1:$port "$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" "$demo/app" >/dev/null
 "$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
 "$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
 
