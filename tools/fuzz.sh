@@ -26,6 +26,12 @@ fi
 qmk_ensure_packages "${QMK_FUZZ_PACKAGES[@]}"
 QMK_TARGETS="fuzz_$name" qmk_build -DQUILLMARK_FUZZ=ON -DCMAKE_CXX_COMPILER=clang++-14
 qmk_sanitizer_environment
+# The harnesses start no window, so Qt's own leaks do not come up; the fast unwinder makes a
+# run many times faster.
+export ASAN_OPTIONS="$ASAN_OPTIONS:fast_unwind_on_malloc=1"
+
+# Every input writes a program folder; in memory that runs more than ten times faster.
+[ -d /dev/shm ] && [ -w /dev/shm ] && export TMPDIR=/dev/shm
 
 work=$QMK_BUILD/fuzz/corpus/$name
 mkdir -p "$work"
