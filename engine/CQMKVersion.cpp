@@ -388,9 +388,8 @@ void CQMKVersion::StartInstallFileSlot()
     const QStringList arguments{m_strNewVersion, Application::GetLanguage()};
     Q_UNUSED(arguments)
 
-    auto* process = new QProcess();
-    if (!command.start(process)) {
-        delete process;
+    // The updater replaces this program, so it must not end with it.
+    if (!command.startDetached()) {
         const QString error = tr("Missing file ") + opener;
         m_log.WriteString(QStringLiteral("!!ERROR ") + error, false);
         CMessageBox::critical(error, QStringLiteral("Error"), Application::mainWnd);

@@ -33,3 +33,9 @@ bool CToolCommand::start(QProcess* process, QIODevice::OpenMode mode) const
     process->start(executable, m_arguments, mode);
     return true;
 }
+
+bool CToolCommand::startDetached() const
+{
+    const QString executable = QStandardPaths::findExecutable(m_program);
+    return !executable.isEmpty() && QProcess::startDetached(executable, m_arguments);
+}

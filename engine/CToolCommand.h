@@ -26,6 +26,9 @@ public:
 
     // Starts the tool, found on the search path. False when it is not found there.
     bool start(QProcess* process, QIODevice::OpenMode mode = QIODevice::ReadWrite) const;
+    // Starts the tool on its own, to outlive this program. False when it is not found or does not
+    // start.
+    bool startDetached() const;
     // Whether the program is found on the search path.
     bool isAvailable() const;
 

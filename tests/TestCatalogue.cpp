@@ -60,6 +60,7 @@ private slots:
     void installGroups();
     void badInput_data();
     void badInput();
+    void shippedCatalogues_data();
     void shippedCatalogues();
 };
 
@@ -268,8 +269,16 @@ void TestCatalogue::badInput()
     QCOMPARE(dir.readFile(QStringLiteral("bin/base_ini.xml")), content.isNull() ? QByteArray() : content);
 }
 
+void TestCatalogue::shippedCatalogues_data()
+{
+    QTest::addColumn<QString>("simsFolder");
+    QTest::newRow("plain folder") << "sims";
+    QTest::newRow("folder with XML characters") << "R&D <sims> & \"co\"";
+}
+
 void TestCatalogue::shippedCatalogues()
 {
+    QFETCH(QString, simsFolder);
     const QString source = QString::fromLocal8Bit(qgetenv("QMK_TEST_SOURCE_DIR"));
     if (source.isEmpty())
         QSKIP("source folder not known");
@@ -277,8 +286,7 @@ void TestCatalogue::shippedCatalogues()
     TempAppDir dir;
     MessageBoxSpy spy;
     QProcess script;
-    script.start(source + QStringLiteral("/tools/demo/make-demo-sims.sh"),
-                 {dir.filePath(QStringLiteral("sims")), dir.path()});
+    script.start(source + QStringLiteral("/tools/demo/make-demo-sims.sh"), {dir.filePath(simsFolder), dir.path()});
     QVERIFY(script.waitForFinished(30000) && script.exitCode() == 0);
     CDataModel model;
     model.Init(QString());
@@ -290,6 +298,9 @@ void TestCatalogue::shippedCatalogues()
         p->CheckCycleVersion(QStringLiteral("2101"), QStringLiteral("1"));
         states << p->GetName() + '=' + p->GetCycleVersion() + '/' + QString::number(p->GetInstallState());
     }
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(model.GetCategoryByName(QStringLiteral("X-Plane 11"))->GetPath(),
+             dir.filePath(simsFolder + "/X-Plane 11"));
     QCOMPARE(states, (QStringList{"Kestrel Avionics KX-900 FMS=/7", "Larkspur Jetliner Family=2013/7",
                                   "Larkspur Regional Jet=2013/7", "Orbital Route Planner X=2012/7",
                                   "Tern Turboprop Series=1913/7", "X-Plane 10 Default Navigation=/7",

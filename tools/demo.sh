@@ -31,7 +31,7 @@ extra=()
 [ -z "${DISPLAY:-}" ] && [ $server_only -eq 0 ] && extra=(xvfb xauth)
 qmk_ensure_packages "${extra[@]}"
 # Only the program and the demo's helpers; tests and benchmarks are built by tools/test.sh.
-qmk_build Quillmark demoserver demo_update screenshot_screen
+QMK_TARGETS="Quillmark demoserver demo_update screenshot_screen" qmk_build
 
 demo=$QMK_BUILD/demo
 [ $fresh -eq 1 ] && rm -rf "$demo"
@@ -39,9 +39,8 @@ if [ ! -f "$demo/app/bin/base_ini.xml" ] || ! grep -q "127.0.0.1:$port<" "$demo/
     echo "Preparing the demo folder $demo"
     rm -rf "$demo"
     mkdir -p "$demo/app/bin" "$demo/sims" "$demo/server"
-    "$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" >/dev/null
-    sed -e "s|@DEMO_SIM_ROOT@|$demo/sims|g" -e "s|@DEMO_SERVER@|127.0.0.1:$port|g" \
-        "$QMK_ROOT/tools/demo/base_ini.xml.in" > "$demo/app/bin/base_ini.xml"
+    # The script writes the catalogue too, with the folder and server escaped for XML.
+    DEMO_SERVER=127.0.0.1:$port "$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" "$demo/app" >/dev/null
     "$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
     "$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
 else

@@ -1,8 +1,26 @@
 #!/usr/bin/env bash
-# Builds Quillmark into build/ and runs every test. Extra arguments go to ctest (e.g. -R TestMyLog).
+# Builds Quillmark and runs every test. Extra arguments go to ctest (e.g. -R TestMyLog).
+#   tools/test.sh [CTEST_ARGS...]              build/ with the normal flags
+#   tools/test.sh --sanitize [CTEST_ARGS...]   build-sanitize/ with AddressSanitizer (leaks too)
+#                                              and UndefinedBehaviorSanitizer
 set -euo pipefail
+sanitize=0
+if [ "${1:-}" = "--sanitize" ]; then
+    sanitize=1
+    shift
+fi
+if [ $sanitize -eq 1 ]; then
+    QMK_BUILD=${QMK_BUILD:-$(cd "$(dirname "$0")/.." && pwd)/build-sanitize}
+fi
 . "$(dirname "$0")/lib/common.sh"
-qmk_ensure_packages
-qmk_build
+
+if [ $sanitize -eq 1 ]; then
+    qmk_ensure_packages "${QMK_SANITIZE_PACKAGES[@]}"
+    qmk_build -DQUILLMARK_SANITIZE=ON
+    qmk_sanitizer_environment
+else
+    qmk_ensure_packages
+    qmk_build
+fi
 cd "$QMK_BUILD"
 ctest -j2 --output-on-failure "$@"

@@ -2,7 +2,8 @@
 # Creates demo simulator folders for X-Plane 10 and X-Plane 11 with the add-on folders that the
 # demo catalogue (base_ini.xml.in) points at, each in a different install state.
 #   make-demo-sims.sh DEMO_SIM_ROOT [PROGRAM_DIR]
-# With PROGRAM_DIR, the demo catalogue is also written to PROGRAM_DIR/bin/base_ini.xml.
+# With PROGRAM_DIR, the demo catalogue is also written to PROGRAM_DIR/bin/base_ini.xml, naming the
+# server DEMO_SERVER (host:port, default 127.0.0.1:8470).
 set -eu
 
 if [ $# -lt 1 ] || [ -z "$1" ]; then
@@ -20,6 +21,12 @@ cycle_info() {
     mkdir -p "$1"
     printf 'AIRAC cycle    : %s\r\nRevision       : %s\r\nName           : Quillmark demo data\r\n' "$2" "$3" \
         >"$1/cycle_info.txt"
+}
+
+# replacement TEXT: TEXT as XML character data (a folder may be called "R&D <old>"), then with
+# the characters that have a meaning in a sed replacement escaped.
+replacement() {
+    printf '%s' "$1" | sed -e 's/&/\&amp;/g' -e 's/</\&lt;/g' -e 's/>/\&gt;/g' -e 's/[\\&|]/\\&/g'
 }
 
 xp10="$root/X-Plane 10"
@@ -43,10 +50,9 @@ cycle_info "$xp10/Aircraft/Tern Turboprop/fms/database" 1913 1
 
 if [ $# -ge 2 ]; then
     mkdir -p "$2/bin"
-    # Escape the characters that have a meaning in a sed replacement.
-    escaped=$(printf '%s' "$root" | sed -e 's/[\\&|]/\\&/g')
-    sed -e "s|@DEMO_SIM_ROOT@|$escaped|g" -e "s|@DEMO_SERVER@|${DEMO_SERVER:-127.0.0.1:8470}|g" \
+    sed -e "s|@DEMO_SIM_ROOT@|$(replacement "$root")|g" \
+        -e "s|@DEMO_SERVER@|$(replacement "${DEMO_SERVER:-127.0.0.1:8470}")|g" \
         "$here/base_ini.xml.in" >"$2/bin/base_ini.xml"
-    echo "demo catalogue written to $2/bin/base_ini.xml"
+    printf 'demo catalogue written to %s\n' "$2/bin/base_ini.xml"
 fi
-echo "demo simulators created under $root"
+printf 'demo simulators created under %s\n' "$root"
