@@ -3,6 +3,7 @@
 #include "app/Application.h"
 #include "app/CMessageBox.h"
 #include "model/CCategory.h"
+#include "model/CDialogRoute.h"
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
 #include "model/CXmlSection.h"
@@ -143,6 +144,15 @@ void CDataModel::InitDSVersion()
 void CDataModel::CheckHighVersionFinishedSlot()
 {
     InitProdUpdateListForUpdateOrReset(false);
+    // The engine's own comparison: a list that could not be read offers no cycle at all, so an
+    // automatic check that failed stays silent.
+    if (!m_dsVersion.NewDSVersionAvailable() && !m_dsVersion.GetSearchByHand())
+        return;
+    CDialogRoute::Run(EDlgPurpose::UpdateDatasets, this,
+                      QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "Product-Dataset Update")));
+    m_log.WriteString(QStringLiteral("Show dlgUpdateDatasetVersion"), false);
+    // A run from one card ends with its dialog; the next one is for the selection again.
+    m_dsVersion.SetSingleProduct(nullptr);
 }
 
 void CDataModel::ChangeNewVersionSlot(QString newVersion)

@@ -385,7 +385,8 @@ private slots:
             QVERIFY(settings->isVisible());
         });
         run.click(3);
-        QCOMPARE(run.driver.count(), 1);
+        // A search by hand always answers with the update dialog, even when the server failed.
+        QCOMPARE(run.driver.titles(), (QStringList{"Settings", "Product-Dataset Update"}));
     }
 
     void closingStopsRunningBackupArchive()

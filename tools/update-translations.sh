@@ -9,7 +9,7 @@ LUPDATE=/usr/lib/qt5/bin/lupdate
 # English is the source language: every text translates to itself.
 sed -i -e 's|<translation type="unfinished"></translation>|<translation>@SOURCE@</translation>|' resources/lang/en_us.ts
 awk '
-    /<source>/ { src = $0; sub(/.*<source>/, "", src); sub(/<\/source>.*/, "", src) }
+    /<source>/ { src = $0; sub(/.*<source>/, "", src); sub(/<\/source>.*/, "", src); gsub(/&/, "\\\\&", src) }
     /@SOURCE@/ { sub(/@SOURCE@/, src) }
     { print }
 ' resources/lang/en_us.ts > resources/lang/en_us.ts.new && mv resources/lang/en_us.ts.new resources/lang/en_us.ts

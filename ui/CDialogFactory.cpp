@@ -2,6 +2,7 @@
 
 #include "ui/DlgHelp.h"
 #include "ui/DlgVLSettings.h"
+#include "ui/dlgUpdateDatasetVersion.h"
 
 void CDialogFactory::Install()
 {
@@ -21,7 +22,11 @@ QDialog* CDialogFactory::Build(EDlgPurpose purpose, CDataModel* model, const QSt
         dialog->Init(model, title);
         return dialog;
     }
-    case EDlgPurpose::UpdateDatasets:
+    case EDlgPurpose::UpdateDatasets: {
+        auto* dialog = new dlgUpdateDatasetVersion(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
     case EDlgPurpose::ResetDatasets:
     case EDlgPurpose::RemoveBackups:
     case EDlgPurpose::UpdateQuillmark:

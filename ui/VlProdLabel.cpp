@@ -338,7 +338,8 @@ void VlProdLabel::ClickedHideCommandsButtonSlot()
 
 void VlProdLabel::ClickedUpdateSlot()
 {
-    // Opens the update dialog for this product once the data model offers it.
+    if (m_pDataModel && m_pProduct)
+        m_pDataModel->RunUpdateAddOnDatasets(m_pProduct);
 }
 
 void VlProdLabel::ClickedResetSlot()

@@ -84,7 +84,7 @@
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>CouldnCouldnCouldn@SOURCE@apos;t open bin/base_ini.xmlapos;t open bin/base_ini.xmlapos;t open bin/base_ini.xml</translation>
+        <translation>Couldn&apos;t open bin/base_ini.xml</translation>
     </message>
     <message>
         <source>Error! Init base</source>
@@ -92,7 +92,7 @@
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>CouldnCouldnCouldn@SOURCE@apos;t open prop_ini.xmlapos;t open prop_ini.xmlapos;t open prop_ini.xml</translation>
+        <translation>Couldn&apos;t open prop_ini.xml</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
@@ -100,7 +100,7 @@
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>CouldnCouldnCouldn@SOURCE@apos;t delete prop_ini.xmlapos;t delete prop_ini.xmlapos;t delete prop_ini.xml</translation>
+        <translation>Couldn&apos;t delete prop_ini.xml</translation>
     </message>
 </context>
 <context>
@@ -169,6 +169,37 @@
     <message>
         <source>Cancel</source>
         <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Product-Dataset Update</source>
+        <translation>Product-Dataset Update</translation>
+    </message>
+</context>
+<context>
+    <name>DlgDatasetRun</name>
+    <message>
+        <source>Products:</source>
+        <translation>Products:</translation>
+    </message>
+    <message>
+        <source>Show Product-Select-List</source>
+        <translation>Show Product-Select-List</translation>
+    </message>
+    <message>
+        <source>Hide Product-Select-List</source>
+        <translation>Hide Product-Select-List</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Result</translation>
+    </message>
+    <message>
+        <source>Attention:</source>
+        <translation>Attention:</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished">Error</translation>
     </message>
 </context>
 <context>
@@ -415,6 +446,89 @@
     <message>
         <source>Update available.</source>
         <translation>Update available.</translation>
+    </message>
+</context>
+<context>
+    <name>dlgUpdateDatasetVersion</name>
+    <message>
+        <source>Datasets was found:</source>
+        <translation>Datasets was found:</translation>
+    </message>
+    <message>
+        <source>ready for download.</source>
+        <translation>ready for download.</translation>
+    </message>
+    <message>
+        <source>Failed to connect to Velmora-Server.</source>
+        <translation>Failed to connect to Velmora-Server.</translation>
+    </message>
+    <message>
+        <source>There are no new updates available.</source>
+        <translation>There are no new updates available.</translation>
+    </message>
+    <message>
+        <source>Run download.</source>
+        <translation>Run download.</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation type="unfinished">Update</translation>
+    </message>
+    <message>
+        <source>downloaded.</source>
+        <translation>downloaded.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished">Error</translation>
+    </message>
+    <message>
+        <source>Download failed.</source>
+        <translation>Download failed.</translation>
+    </message>
+    <message>
+        <source>Run install.</source>
+        <translation>Run install.</translation>
+    </message>
+    <message>
+        <source>Install ready.</source>
+        <translation>Install ready.</translation>
+    </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation>The Product-Select-List ist empty.</translation>
+    </message>
+    <message>
+        <source>Please select products for update.</source>
+        <translation>Please select products for update.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Install</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>not found new files</source>
+        <translation>not found new files</translation>
+    </message>
+    <message>
+        <source>Overwritten Navdata-Files.</source>
+        <translation>Overwritten Navdata-Files.</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>OverwriteAccept</source>
+        <translation>OverwriteAccept</translation>
+    </message>
+    <message>
+        <source>create cycle backup data</source>
+        <translation>create cycle backup data</translation>
     </message>
 </context>
 <context>
