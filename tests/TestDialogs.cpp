@@ -380,8 +380,8 @@ private slots:
                                 &CDSVersion::SignalCheckHighVersionFinished);
             QTest::mouseClick(settings->GetDatasetsRunButton(), Qt::LeftButton);
             QTRY_VERIFY_WITH_TIMEOUT(paths().contains("/quillmark/versionList.txt"), 20000);
-            if (!serverFails)
-                QVERIFY(searched.count() > 0 || searched.wait(20000));
+            // A failed search ends too, and a search by hand then shows the update dialog.
+            QVERIFY(searched.count() > 0 || searched.wait(20000));
             QVERIFY(settings->isVisible());
         });
         run.click(3);

@@ -1,7 +1,9 @@
 // Builds the main window offscreen on a program folder and saves it, and each of its dialogs, in
 // English and German: mainwindow_en.png, settings_en.png, help_en.png, then the same with _de.
 // The update dialog is taken in its main states from a real update against a loopback server:
-// update_ready, update_downloading, update_downloaded, update_installed and update_failed.
+// update_ready, update_downloading, update_downloaded, update_installed and update_failed; after it
+// the reset and backup-removal dialogs idle and ready: reset_idle, reset_ready, removebackup_idle
+// and removebackup_ready.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
@@ -17,6 +19,7 @@
 #include "support/DatasetFiles.h"
 #include "support/SampleCatalogue.h"
 #include "support/TestServer.h"
+#include "ui/DlgBackupRun.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlCheckBox.h"
 #include "ui/VlFoldPane.h"
@@ -32,6 +35,7 @@
 #include <QLayout>
 #include <QPixmap>
 #include <QProgressBar>
+#include <QSignalSpy>
 #include <QSize>
 #include <QStyleFactory>
 #include <QTemporaryDir>
@@ -105,9 +109,7 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
         QuillmarkMainWindow window;
         Application::mainWnd = &window;
         window.show();
-        const auto file = [&](const char* name) {
-            return output + QStringLiteral("/update_") + QLatin1String(name) + suffix;
-        };
+        const auto file = [&](const char* name) { return output + QLatin1Char('/') + QLatin1String(name) + suffix; };
         bool updated = false, failed = false;
         // A step that does not come in time fails the pictures rather than taking a wrong one.
         const auto waitFor = [&](const std::function<bool()>& done, int ms) {
@@ -120,25 +122,25 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
             if (!dialog)
                 return;
             if (dialog->GetState() != dlgUpdateDatasetVersion::StateNewVersion) {
-                ok = save(*dialog, file("failed")) && ok;
+                ok = save(*dialog, file("update_failed")) && ok;
                 failed = true;
                 return;
             }
             if (!dialog->GetOverwriteAccept()->isChecked())
                 dialog->GetOverwriteAccept()->click();
-            ok = save(*dialog, file("ready")) && ok;
+            ok = save(*dialog, file("update_ready")) && ok;
             // Slowly enough to be seen half-way.
             server.setSlowPace(48, 40);
             server.setFault(QStringLiteral("/quillmark/1802/xp11nav.zip"), TestServer::Fault::Slow);
             dialog->GetDownloadButton()->click();
             if (waitFor([&] { return dialog->GetProgressBar()->value() >= 30; }, 20000))
-                ok = save(*dialog, file("downloading")) && ok;
+                ok = save(*dialog, file("update_downloading")) && ok;
             if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateDownloaded; }, 30000))
-                ok = save(*dialog, file("downloaded")) && ok;
+                ok = save(*dialog, file("update_downloaded")) && ok;
             dialog->GetInstallButton()->click();
             if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateInstalled; }, 30000)) {
                 dialog->GetResultPane()->Open();
-                ok = save(*dialog, file("installed")) && ok;
+                ok = save(*dialog, file("update_installed")) && ok;
             }
             updated = true;
         });
@@ -148,6 +150,33 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
         window.GetDataModel()->GetDSVersion()->SetServer(QStringLiteral("127.0.0.1:1"));
         window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
         waitFor([&] { return failed; }, 20000);
+
+        // The reset and the backup removal, each idle and then ready with its result open.
+        const auto takeBackupRun = [&](int button, const char* idle, const char* ready) {
+            bool taken = false;
+            CDialogRoute::SetHandler([&](QDialog* d) {
+                auto* dialog = qobject_cast<DlgBackupRun*>(d);
+                if (!dialog)
+                    return;
+                ok = save(*dialog, file(idle)) && ok;
+                dialog->GetActionButton()->click();
+                if (waitFor([&] { return dialog->GetActionButton()->isHidden(); }, 30000)) {
+                    dialog->GetResultPane()->Open();
+                    ok = save(*dialog, file(ready)) && ok;
+                }
+                taken = true;
+            });
+            QMetaObject::invokeMethod(window.GetActionButtons().at(button), "clickedSlot");
+            ok = ok && taken;
+        };
+        takeBackupRun(1, "reset_idle", "reset_ready");
+        // Install once more, so that there are backups to remove.
+        CDSVersion* engine = window.GetDataModel()->GetDSVersion();
+        QSignalSpy installed(engine, &CDSVersion::SignalInstallReady);
+        engine->SetProductList(window.GetDataModel()->GetProductList());
+        engine->InstallProducts();
+        waitFor([&] { return !installed.isEmpty(); }, 30000);
+        takeBackupRun(2, "removebackup_idle", "removebackup_ready");
         CDialogRoute::SetHandler(nullptr);
         Application::mainWnd = nullptr;
     }

@@ -1,6 +1,8 @@
 #include "ui/CDialogFactory.h"
 
 #include "ui/DlgHelp.h"
+#include "ui/DlgRemoveBackup.h"
+#include "ui/DlgResetDataset.h"
 #include "ui/DlgVLSettings.h"
 #include "ui/dlgUpdateDatasetVersion.h"
 
@@ -27,8 +29,16 @@ QDialog* CDialogFactory::Build(EDlgPurpose purpose, CDataModel* model, const QSt
         dialog->Init(model, title);
         return dialog;
     }
-    case EDlgPurpose::ResetDatasets:
-    case EDlgPurpose::RemoveBackups:
+    case EDlgPurpose::ResetDatasets: {
+        auto* dialog = new DlgResetDataset(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
+    case EDlgPurpose::RemoveBackups: {
+        auto* dialog = new DlgRemoveBackup(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
     case EDlgPurpose::UpdateQuillmark:
         break;
     }

@@ -344,12 +344,14 @@ void VlProdLabel::ClickedUpdateSlot()
 
 void VlProdLabel::ClickedResetSlot()
 {
-    // Opens the reset dialog for this product once the data model offers it.
+    if (m_pDataModel && m_pProduct)
+        m_pDataModel->RunReset(m_pProduct);
 }
 
 void VlProdLabel::ClickedRemoveBackupSlot()
 {
-    // Opens the backup-removal dialog for this product once the data model offers it.
+    if (m_pDataModel && m_pProduct)
+        m_pDataModel->RunRemoveBackup(m_pProduct);
 }
 
 void VlProdLabel::ClickedChangeButtonSlot()

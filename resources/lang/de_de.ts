@@ -102,6 +102,18 @@
         <source>Couldn&apos;t delete prop_ini.xml</source>
         <translation>prop_ini.xml konnte nicht gelöscht werden</translation>
     </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation>Die Produktauswahl ist leer.</translation>
+    </message>
+    <message>
+        <source>Please select products for reset.</source>
+        <translation>Bitte wählen Sie Produkte zum Zurücksetzen aus.</translation>
+    </message>
+    <message>
+        <source>Please select products for remove backup.</source>
+        <translation>Bitte wählen Sie Produkte zum Löschen der Backups aus.</translation>
+    </message>
 </context>
 <context>
     <name>CQMKVersion</name>
@@ -174,6 +186,14 @@
         <source>Product-Dataset Update</source>
         <translation>Produkt-Datensätze aktualisieren</translation>
     </message>
+    <message>
+        <source>Product-Dataset Reset</source>
+        <translation>Produkt-Datensätze zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Product-Dataset RemoveBackup</source>
+        <translation>Produkt-Backups löschen</translation>
+    </message>
 </context>
 <context>
     <name>DlgDatasetRun</name>
@@ -239,6 +259,44 @@
     <message>
         <source>No program to show %1 was found.</source>
         <translation>Es wurde kein Programm gefunden, das %1 anzeigen kann.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgRemoveBackup</name>
+    <message>
+        <source>RemoveBackup Navdata-Files.</source>
+        <translation>Backups der Navigationsdateien werden gelöscht.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup</source>
+        <translation>Backup löschen</translation>
+    </message>
+    <message>
+        <source>Run RemoveBackup.</source>
+        <translation>Backups werden gelöscht.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup ready.</source>
+        <translation>Backups gelöscht.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgResetDataset</name>
+    <message>
+        <source>Reset Navdata-Files.</source>
+        <translation>Navigationsdateien werden zurückgesetzt.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Run reset.</source>
+        <translation>Zurücksetzen läuft.</translation>
+    </message>
+    <message>
+        <source>Reset ready.</source>
+        <translation>Zurücksetzen fertig.</translation>
     </message>
 </context>
 <context>

@@ -102,6 +102,18 @@
         <source>Couldn&apos;t delete prop_ini.xml</source>
         <translation>Couldn&apos;t delete prop_ini.xml</translation>
     </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation type="unfinished">The Product-Select-List ist empty.</translation>
+    </message>
+    <message>
+        <source>Please select products for reset.</source>
+        <translation>Please select products for reset.</translation>
+    </message>
+    <message>
+        <source>Please select products for remove backup.</source>
+        <translation>Please select products for remove backup.</translation>
+    </message>
 </context>
 <context>
     <name>CQMKVersion</name>
@@ -174,6 +186,14 @@
         <source>Product-Dataset Update</source>
         <translation>Product-Dataset Update</translation>
     </message>
+    <message>
+        <source>Product-Dataset Reset</source>
+        <translation>Product-Dataset Reset</translation>
+    </message>
+    <message>
+        <source>Product-Dataset RemoveBackup</source>
+        <translation>Product-Dataset RemoveBackup</translation>
+    </message>
 </context>
 <context>
     <name>DlgDatasetRun</name>
@@ -239,6 +259,44 @@
     <message>
         <source>No program to show %1 was found.</source>
         <translation>No program to show %1 was found.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgRemoveBackup</name>
+    <message>
+        <source>RemoveBackup Navdata-Files.</source>
+        <translation>RemoveBackup Navdata-Files.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup</source>
+        <translation type="unfinished">RemoveBackup</translation>
+    </message>
+    <message>
+        <source>Run RemoveBackup.</source>
+        <translation>Run RemoveBackup.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup ready.</source>
+        <translation>RemoveBackup ready.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgResetDataset</name>
+    <message>
+        <source>Reset Navdata-Files.</source>
+        <translation>Reset Navdata-Files.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished">Reset</translation>
+    </message>
+    <message>
+        <source>Run reset.</source>
+        <translation>Run reset.</translation>
+    </message>
+    <message>
+        <source>Reset ready.</source>
+        <translation>Reset ready.</translation>
     </message>
 </context>
 <context>

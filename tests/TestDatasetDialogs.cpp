@@ -7,6 +7,8 @@
 #include "support/MessageBoxSpy.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
+#include "ui/DlgRemoveBackup.h"
+#include "ui/DlgResetDataset.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/SystemButton.h"
 #include "ui/VlBigComboBox.h"
@@ -141,6 +143,24 @@ struct UpdateEnv
         QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
         return QTest::qWaitFor([&] { return driver.count() > opened; }, 10000);
     }
+    // Presses an action button; its dialog (if any) has come and gone when this returns.
+    void clickAction(int index)
+    {
+        QWidget* button = window->GetActionButtons().at(index);
+        QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
+    }
+    // Installs the locally held cycle through the update dialog.
+    bool installLocalCopy()
+    {
+        bool installed = false;
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
+            dialog->GetInstallButton()->click();
+            installed = QTest::qWaitFor([&] { return dialog->GetState() == 8; }, 20000);
+            dialog->GetOkButton()->click();
+        });
+        return clickUpdate() && installed;
+    }
     VlProdLabel* card(const QString& name) const
     {
         for (VlProdLabel* c : window->GetProdList()->GetCards())
@@ -192,8 +212,9 @@ void verifyNothingLost(const QMap<QString, QByteArray>& before, const QMap<QStri
 }
 } // namespace
 
-// The update-dataset dialog driven through the main window against a loopback server.
-class TestUpdateDialog : public QObject
+// The update, reset and backup-removal dialogs driven through the main window: a loopback server,
+// real archives and real add-on folders.
+class TestDatasetDialogs : public QObject
 {
     Q_OBJECT
 
@@ -266,10 +287,10 @@ private slots:
             QCOMPARE(readFile(nav + "/a.dat"), "new a of " + dataset.toUtf8());
             QCOMPARE(readFile(nav + "/QMK_" + dataset + "_back/a.dat"), "old a of " + name.toUtf8());
             QCOMPARE(readFile(nav + "/QMK_" + dataset + "_back/cycle_info.txt"), kOldCycle);
-            QVERIFY(env.card(name)->GetCycleText().contains("1802"));
+            QVERIFY(env.card(name)->GetCycleText().startsWith("- installed ( V. 1802 R. 1 )"));
         }
         for (const QString& cycle : cardCycles)
-            QVERIFY2(cycle.contains("1802"), qPrintable(cycle));
+            QVERIFY2(cycle.startsWith("- installed ( V. 1802 R. 1 )"), qPrintable(cycle));
         verifyNothingLost(env.before, after);
         // The unselected product keeps its files.
         QCOMPARE(readFile(env.productRoot("Charlie") + "/NavData/a.dat"), QByteArray("old a of Charlie"));
@@ -621,7 +642,193 @@ private slots:
         QCOMPARE(env.driver.count(), dialogs);
         QCOMPARE(env.http->requestCount(), autoCheck && reachable ? 1 : 0);
     }
+
+    // Reset and backup removal after an install through the update dialog; the dialogs come from the
+    // action buttons or from a card.
+    void backupDialogsAfterInstall_data()
+    {
+        QTest::addColumn<bool>("reset");
+        QTest::addColumn<bool>("fromCard");
+        QTest::newRow("reset, selection") << true << false;
+        QTest::newRow("reset, one card") << true << true;
+        QTest::newRow("removal, selection") << false << false;
+        QTest::newRow("removal, one card") << false << true;
+    }
+
+    void backupDialogsAfterInstall()
+    {
+        QFETCH(bool, reset);
+        QFETCH(bool, fromCard);
+        UpdateEnv env;
+        env.addProduct("Alpha", "DS1", true);
+        env.addProduct("Bravo", "DS2", true);
+        env.holdLocally({"DS1", "DS2"});
+        QVERIFY(env.open("127.0.0.1:1"));
+        QVERIFY(env.installLocalCopy());
+        const QMap<QString, QByteArray> installed = checksums(env.work.path());
+
+        QStringList messages;
+        env.driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<DlgBackupRun*>(d);
+            QVERIFY(dialog);
+            QCOMPARE(dialog->windowTitle(), QString(reset ? "Product-Dataset Reset" : "Product-Dataset RemoveBackup"));
+            QCOMPARE(bool(qobject_cast<DlgResetDataset*>(d)), reset);
+            click(dialog->GetProductsPane()->GetShowButton());
+            QCOMPARE(dialog->GetProductsPane()->GetPane()->text(),
+                     QString(fromCard ? "  Bravo\r\n" : "  Alpha\r\n  Bravo\r\n"));
+            click(dialog->GetActionButton());
+            messages << dialog->GetMessageLabel()->text();
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), reset ? 13 : 17, 20000);
+            QCOMPARE(dialog->GetMessageLabel()->text(), QString(reset ? "Reset ready." : "RemoveBackup ready."));
+            QVERIFY(!dialog->GetMessageLabel()->IsError());
+            // Once per opening: only closing is left.
+            QVERIFY(dialog->GetActionButton()->isHidden());
+            QVERIFY(dialog->GetOkButton()->isEnabled());
+            QVERIFY(!dialog->GetCancelButton()->isEnabled());
+            click(dialog->GetOkButton());
+        });
+        if (fromCard) {
+            VlProdLabel* card = env.card("Bravo");
+            card->ClickedShowCommandsButtonSlot();
+            if (reset)
+                card->ClickedResetSlot();
+            else
+                card->ClickedRemoveBackupSlot();
+        } else {
+            env.clickAction(reset ? 1 : 2);
+        }
+        QCOMPARE(env.driver.count(), 2);
+        // "Run reset." gives way at once to the product being worked on.
+        QCOMPARE(messages, QStringList{(reset ? "Reset " : "RemoveBackup ") + QString(fromCard ? "Bravo" : "Alpha")});
+
+        const QMap<QString, QByteArray> after = checksums(env.work.path());
+        for (const QString name : {"Alpha", "Bravo"}) {
+            const bool reached = !fromCard || name == "Bravo";
+            const QString prefix = name + "/";
+            for (auto it = env.before.cbegin(); it != env.before.cend(); ++it) {
+                if (!it.key().startsWith(prefix))
+                    continue;
+                // A reset gives back every file as it was before the install; a removal leaves the
+                // installed files.
+                const QByteArray expected = reached && reset ? it.value() : installed.value(it.key());
+                QVERIFY2(after.value(it.key()) == expected, qPrintable(it.key()));
+            }
+            bool backups = false;
+            for (const QString& key : after.keys())
+                backups = backups || (key.startsWith(prefix) && key.contains("/QMK_"));
+            if (!reset)
+                QCOMPARE(backups, !reached);
+            const QString cycleText = env.card(name)->GetCycleText();
+            QVERIFY2(cycleText.startsWith(reached && reset ? "- installed ( V. 1801 R. 1 )"
+                                                           : "- installed ( V. 1802 R. 1 )"),
+                     qPrintable(cycleText));
+        }
+    }
+
+    void resetErrorsCounted()
+    {
+        UpdateEnv env;
+        // Never installed: there is no backup to give back.
+        env.addProduct("Alpha", "DS1", true);
+        env.addProduct("Bravo", "DS2", true);
+        env.addProduct("Charlie", "DS3", false);
+        QVERIFY(env.open("127.0.0.1:1"));
+        env.driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<DlgResetDataset*>(d);
+            click(dialog->GetActionButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), 13, 20000);
+            QCOMPARE(dialog->GetMessageLabel()->text(), QString("Reset ready. Error (2) "));
+            QVERIFY(dialog->GetMessageLabel()->IsError());
+            const int height = dialog->height();
+            click(dialog->GetResultPane()->GetShowButton());
+            QCOMPARE(dialog->height(), height + VlFoldPane::kPaneHeight + 2);
+            QVERIFY(dialog->GetResultPane()->GetPane()->text().contains("Alpha"));
+            QVERIFY(dialog->GetResultPane()->GetPane()->text().contains("Bravo"));
+        });
+        env.clickAction(1);
+        QCOMPARE(env.driver.count(), 1);
+        QCOMPARE(checksums(env.work.path()), env.before);
+    }
+
+    void backupDialogsNeedASelection_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("reset") << 1 << "The Product-Select-List ist empty.\nPlease select products for reset.";
+        QTest::newRow("removal") << 2
+                                 << "The Product-Select-List ist empty.\nPlease select products for remove backup.";
+    }
+
+    void backupDialogsNeedASelection()
+    {
+        QFETCH(int, button);
+        QFETCH(QString, text);
+        UpdateEnv env;
+        env.addProduct("Alpha", "DS1", false);
+        QVERIFY(env.open("127.0.0.1:1"));
+        env.clickAction(button);
+        QCOMPARE(env.driver.count(), 0);
+        QCOMPARE(env.boxes.count(), 1);
+        QCOMPARE(env.boxes.boxes().first().title, QString("Error"));
+        QCOMPARE(env.boxes.boxes().first().text, text);
+    }
+
+    // Closing mid-run stops it: the products not yet reached keep every byte.
+    void closingStopsBackupRun_data()
+    {
+        QTest::addColumn<bool>("reset");
+        QTest::newRow("reset") << true;
+        QTest::newRow("removal") << false;
+    }
+
+    void closingStopsBackupRun()
+    {
+        QFETCH(bool, reset);
+        UpdateEnv env;
+        const QStringList names{"P1", "P2", "P3", "P4"};
+        for (const QString& name : names)
+            env.addProduct(name, "DS" + name, true);
+        // Large installs, so that the run is still going when the dialog closes.
+        const QString cycleDir = env.app.path() + "/downloads/QuillmarkCycle";
+        writeFile(cycleDir + "/versionList.txt", "Revision: 1\n1802\n");
+        for (const QString& name : names) {
+            const QString folder = env.work.path() + "/big_" + name;
+            writeRandomTree(folder + "/NavData", 1500, qHash(name) + 1, 3000);
+            writeFile(folder + "/NavData/a.dat", "new a");
+            writeFile(folder + "/NavData/cycle_info.txt", kNewCycle);
+            QCOMPARE(zipFolder(folder, cycleDir + "/DS" + name + ".zip"), QString());
+        }
+        QVERIFY(env.open("127.0.0.1:1"));
+        QVERIFY(env.installLocalCopy());
+        const QMap<QString, QByteArray> installed = checksums(env.work.path());
+
+        QStringList reached;
+        env.driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<DlgBackupRun*>(d);
+            CDSVersion* engine = dialog->GetDSVersion();
+            QSignalSpy products(engine,
+                                reset ? &CDSVersion::SignalResetProduct : &CDSVersion::SignalRemoveBackupProduct);
+            click(dialog->GetActionButton());
+            QVERIFY(!products.isEmpty() || products.wait(20000));
+            QTest::mouseClick(dialog->GetCloseButton(), Qt::LeftButton);
+            QVERIFY(!dialog->isVisible());
+            QTest::qWait(300);
+            for (const QList<QVariant>& args : products)
+                reached << args.at(0).toString();
+        });
+        env.clickAction(reset ? 1 : 2);
+        QVERIFY(!reached.isEmpty());
+        QVERIFY2(reached.size() < names.size(), "the run ended before the close");
+        const QMap<QString, QByteArray> after = checksums(env.work.path());
+        for (const QString& name : names) {
+            if (reached.contains(name))
+                continue;
+            for (auto it = installed.cbegin(); it != installed.cend(); ++it)
+                if (it.key().startsWith(name + "/"))
+                    QVERIFY2(after.value(it.key()) == it.value(), qPrintable(it.key()));
+        }
+    }
 };
 
-QTEST_MAIN(TestUpdateDialog)
-#include "TestUpdateDialog.moc"
+QTEST_MAIN(TestDatasetDialogs)
+#include "TestDatasetDialogs.moc"
