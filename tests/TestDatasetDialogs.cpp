@@ -828,6 +828,56 @@ private slots:
                     QVERIFY2(after.value(it.key()) == it.value(), qPrintable(it.key()));
         }
     }
+
+    // A reset over a backup that was damaged after the install: it gives back what the backup
+    // holds, reports the cycle it finds, and removes nothing the backup does not replace.
+    void resetOfDamagedBackups_data()
+    {
+        QTest::addColumn<QString>("damage");
+        QTest::addColumn<QString>("cycle"); // on the card afterwards
+        QTest::newRow("half of the backup gone") << "partial"
+                                                 << "1801";
+        QTest::newRow("backup names another cycle") << "other cycle"
+                                                    << "1700";
+    }
+
+    void resetOfDamagedBackups()
+    {
+        QFETCH(QString, damage);
+        QFETCH(QString, cycle);
+        UpdateEnv env;
+        env.addProduct("Alpha", "DS1", true);
+        env.holdLocally({"DS1"});
+        QVERIFY(env.open("127.0.0.1:1"));
+        QVERIFY(env.installLocalCopy());
+        const QString backup = env.productRoot("Alpha") + "/NavData/QMK_DS1_back";
+        if (damage == "partial")
+            QVERIFY(QFile::remove(backup + "/a.dat"));
+        else
+            QVERIFY(writeFile(backup + "/cycle_info.txt", "AIRAC cycle    : 1700\r\nRevision       : 1\r\n"));
+        const QMap<QString, QByteArray> installed = checksums(env.work.path());
+
+        QString result;
+        env.driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<DlgResetDataset*>(d);
+            click(dialog->GetActionButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), 13, 20000);
+            click(dialog->GetResultPane()->GetShowButton());
+            result = dialog->GetResultPane()->GetPane()->text();
+        });
+        env.clickAction(1);
+        QVERIFY2(result.contains("Reset success Alpha ( V. " + cycle + " R. 1 )"), qPrintable(result));
+        QVERIFY(env.card("Alpha")->GetCycleText().startsWith("- installed ( V. " + cycle + " R. 1 )"));
+
+        const QMap<QString, QByteArray> after = checksums(env.work.path());
+        for (auto it = env.before.cbegin(); it != env.before.cend(); ++it) {
+            if (it.key().endsWith("/cycle_info.txt"))
+                continue;
+            // A file whose backup is gone keeps the installed bytes; every other one is as before.
+            const bool backedUp = !(damage == "partial" && it.key().endsWith("/a.dat"));
+            QCOMPARE(after.value(it.key()), backedUp ? it.value() : installed.value(it.key()));
+        }
+    }
 };
 
 QTEST_MAIN(TestDatasetDialogs)
