@@ -118,6 +118,8 @@ public:
     void SetFinishedStateProducts();
     void StopInstall();
     void StopFileCopyThred();
+    // An install run is under way (it may also end without SignalInstallReady, after a crash).
+    bool IsInstallRunning() const { return m_eActiveRun == ERun::Install; }
     static quint64 GetDirectoryByteSize(const QString& folder);
     quint64 GetTotalBytes() const { return m_totalBytes; }
 

@@ -184,6 +184,15 @@ void CDataModel::InitDSVersion()
 void CDataModel::CheckHighVersionFinishedSlot()
 {
     InitProdUpdateListForUpdateOrReset(false);
+    // The engine's own comparison: a list that could not be read offers no cycle at all, so an
+    // automatic check that failed stays silent.
+    if (!m_dsVersion.NewDSVersionAvailable() && !m_dsVersion.GetSearchByHand())
+        return;
+    CDialogRoute::Run(EDlgPurpose::UpdateDatasets, this,
+                      QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "Product-Dataset Update")));
+    m_log.WriteString(QStringLiteral("Show dlgUpdateDatasetVersion"), false);
+    // A run from one card ends with its dialog; the next one is for the selection again.
+    m_dsVersion.SetSingleProduct(nullptr);
 }
 
 void CDataModel::ChangeNewVersionSlot(QString newVersion)
@@ -198,6 +207,55 @@ void CDataModel::RunUpdateAddOnDatasets(CProduct* product)
 {
     m_dsVersion.SetSingleProduct(product);
     m_dsVersion.SearchForNewVersion(true);
+}
+
+void CDataModel::RunBackupDialog(EDlgPurpose purpose, CProduct* product, const char* title)
+{
+    m_dsVersion.SetSingleProduct(product);
+    CDialogRoute::Run(purpose, this, QString::fromLatin1(title));
+    m_dsVersion.SetSingleProduct(nullptr);
+}
+
+void CDataModel::RunReset(CProduct* product)
+{
+    RunBackupDialog(EDlgPurpose::ResetDatasets, product, QT_TRANSLATE_NOOP("DlgBase", "Product-Dataset Reset"));
+}
+
+void CDataModel::RunRemoveBackup(CProduct* product)
+{
+    RunBackupDialog(EDlgPurpose::RemoveBackups, product, QT_TRANSLATE_NOOP("DlgBase", "Product-Dataset RemoveBackup"));
+}
+
+bool CDataModel::HasSelectedProduct() const
+{
+    for (int i = 0; i < m_products.GetSize(); ++i)
+        if (const CProduct* product = m_products.GetByIndex(i); product && product->GetUpdate())
+            return true;
+    return false;
+}
+
+void CDataModel::ShowEmptySelection(const QString& secondLine)
+{
+    // "ist" is how the message has always read.
+    CMessageBox::critical(tr("The Product-Select-List ist empty.") + QLatin1Char('\n') + secondLine);
+}
+
+void CDataModel::CallResetDataSetDlg()
+{
+    InitProdUpdateListForUpdateOrReset(false);
+    if (HasSelectedProduct())
+        RunReset(nullptr);
+    else
+        ShowEmptySelection(tr("Please select products for reset."));
+}
+
+void CDataModel::CallRemoveBackupDlg()
+{
+    InitProdUpdateListForUpdateOrReset(false);
+    if (HasSelectedProduct())
+        RunRemoveBackup(nullptr);
+    else
+        ShowEmptySelection(tr("Please select products for remove backup."));
 }
 
 CDataModel::DSEngineFlags CDataModel::GetPendingDSEngineFlags() const

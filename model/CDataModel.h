@@ -6,6 +6,7 @@
 #include "engine/CQMKVersion.h"
 #include "model/CCategoryList.h"
 #include "model/CDatasetList.h"
+#include "model/CDialogRoute.h"
 #include "model/CInstallGroupList.h"
 #include "model/CProductList.h"
 
@@ -90,6 +91,12 @@ public:
     void RunUpdateQuillmark();
     // Searches the server by hand for one product, or for all selected ones with null.
     void RunUpdateAddOnDatasets(CProduct* product);
+    // Open the reset or backup-removal dialog for one product, or for all selected ones with null.
+    void RunReset(CProduct* product);
+    void RunRemoveBackup(CProduct* product);
+    // The action buttons: the dialogs for the selection, or a box saying that nothing is selected.
+    void CallResetDataSetDlg();
+    void CallRemoveBackupDlg();
 
     // Folders behind the catalogue's path placeholders. This platform has none of them, so they
     // stay empty; the product resolvers rely on that.
@@ -129,6 +136,10 @@ private:
     // the dataset check, once per run.
     void FinishQMKCheck();
     void ApplyDSEngineFlags();
+    // Runs the dialog for one product or the selection; the engine serves the selection again after.
+    void RunBackupDialog(EDlgPurpose purpose, CProduct* product, const char* title);
+    bool HasSelectedProduct() const;
+    void ShowEmptySelection(const QString& secondLine);
     // Reads one file's sections; false when the file cannot be opened.
     bool ReadFile(const QString& path, bool bBase);
     // Copies a settings file that could not be read whole to "prop_ini.xml.damaged" (or a

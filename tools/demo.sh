@@ -8,6 +8,8 @@
 #   ./tools/demo.sh --server   only run the demo server, until Ctrl+C; start the program against it
 #                              as often as you like with the command it prints
 # The demo folder is kept between runs, so what was done in the program is still there next time.
+# Without --update the server offers a newer cycle than the demo holds, so the program's start-up
+# check opens the update dialog and the user runs the update from the window.
 # The demo server listens on 127.0.0.1:$QMK_DEMO_PORT (18470 unless set) while the program runs;
 # one already running there is used as it is.
 # Without a display the program runs under Xvfb; a screenshot is saved and its path printed.
@@ -45,6 +47,15 @@ if [ ! -f "$demo/app/bin/base_ini.xml" ] || ! grep -q "127.0.0.1:$port<" "$demo/
     "$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
 else
     echo "Using the demo folder $demo as it was left (--fresh starts over)"
+fi
+# The server always offers a cycle newer than the one the demo last downloaded, so that the
+# program's start-up check opens the update dialog by itself.
+last_cycle() { [ -f "$1" ] && grep -v '^Revision' "$1" | grep -v '^[[:space:]]*$' | tail -n 1 | tr -dc '0-9'; }
+held=$(last_cycle "$demo/app/downloads/QuillmarkCycle/versionList.txt" || true)
+offered=$(last_cycle "$demo/server/quillmark/versionList.txt" || true)
+if [ -n "$held" ] && [ -n "$offered" ] && [ "$held" -ge "$offered" ] && [ "$held" -lt 9999 ]; then
+    CYCLE=$(printf '%04d' $((10#$held + 1))) "$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
+    echo "Demo server: now offers cycle $(last_cycle "$demo/server/quillmark/versionList.txt")"
 fi
 # Always the program just built.
 cp "$QMK_BUILD/Quillmark" "$demo/app/"

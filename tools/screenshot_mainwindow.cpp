@@ -1,6 +1,10 @@
 // Builds the main window offscreen on a program folder and saves it, and each of its dialogs, in
 // English and German: mainwindow_en.png, settings_en.png, help_en.png, the self-update dialog
-// (update_ready_en.png, update_downloaded_en.png, update_noserver_en.png), then the same with _de.
+// (selfupdate_ready_en.png, selfupdate_downloaded_en.png, selfupdate_noserver_en.png), then the same
+// with _de. The update dialog is taken in its main states from a real update against a loopback
+// server: update_ready, update_downloading, update_downloaded, update_installed and update_failed;
+// after it the reset and backup-removal dialogs idle and ready: reset_idle, reset_ready,
+// removebackup_idle and removebackup_ready.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
@@ -9,13 +13,21 @@
 // mainwindow_<language>_<size>.png.
 #include "app/Application.h"
 #include "app/CMessageBox.h"
+#include "engine/CDSVersion.h"
+#include "model/CDataModel.h"
 #include "model/CDialogRoute.h"
 #include "model/CProduct.h"
+#include "support/DatasetFiles.h"
 #include "support/SampleCatalogue.h"
 #include "support/TestServer.h"
+#include "ui/DlgBackupRun.h"
 #include "ui/QuillmarkMainWindow.h"
+#include "ui/VlCheckBox.h"
+#include "ui/VlFoldPane.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
+#include "ui/VlPushButton.h"
+#include "ui/dlgUpdateDatasetVersion.h"
 #include "ui/dlgUpdateQMKVersion.h"
 
 #include <QApplication>
@@ -25,12 +37,17 @@
 #include <QFile>
 #include <QLayout>
 #include <QPixmap>
+#include <QProgressBar>
+#include <QSignalSpy>
 #include <QSize>
 #include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <QTest>
+
 #include <cstdio>
+#include <functional>
 
 namespace {
 // Lets posted layout requests and language changes run until the widgets stop moving.
@@ -66,7 +83,7 @@ template <typename Signal> void waitFor(CQMKVersion* engine, Signal signal)
 }
 
 // The self-update dialog against a loopback server: a newer version ready for download, the same
-// downloaded, and a server that cannot be reached; update_ready_en.png and so on.
+// downloaded, and a server that cannot be reached; selfupdate_ready_en.png and so on.
 bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QString& suffix)
 {
     CDataModel* model = window.GetDataModel();
@@ -86,10 +103,10 @@ bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QS
         dlgUpdateQMKVersion dialog(&window);
         dialog.Init(model, title);
         dialog.show();
-        ok = save(dialog, output + QStringLiteral("/update_ready") + suffix) && ok;
+        ok = save(dialog, output + QStringLiteral("/selfupdate_ready") + suffix) && ok;
         dialog.ClickedDownloadSlot();
         waitFor(engine, &CQMKVersion::SignalNewQMKVersionDownloaded);
-        ok = save(dialog, output + QStringLiteral("/update_downloaded") + suffix) && ok;
+        ok = save(dialog, output + QStringLiteral("/selfupdate_downloaded") + suffix) && ok;
         dialog.done(QDialog::Rejected);
     }
     quint16 closedPort = 0;
@@ -104,8 +121,126 @@ bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QS
     dlgUpdateQMKVersion dialog(&window);
     dialog.Init(model, title);
     dialog.show();
-    ok = save(dialog, output + QStringLiteral("/update_noserver") + suffix) && ok;
+    ok = save(dialog, output + QStringLiteral("/selfupdate_noserver") + suffix) && ok;
     dialog.done(QDialog::Rejected);
+    return ok;
+}
+
+// A program folder with two selected add-ons on cycle 1801 and a server offering 1802; the update
+// dialog is opened with the Update button and taken at each step of a real update.
+bool takeUpdateDialog(const QString& output, const QString& suffix)
+{
+    using namespace DatasetFiles;
+    QTemporaryDir root;
+    const QString appPath = root.path() + QStringLiteral("/app");
+    const QString serverRoot = root.path() + QStringLiteral("/server");
+    QByteArray products;
+    for (const QString& name : {QStringLiteral("Bravo FMS"), QStringLiteral("Echo FMS")}) {
+        const QString folder = root.path() + QStringLiteral("/Addons/") + name;
+        writeFile(folder + QStringLiteral("/NavData/a.dat"), "old");
+        writeFile(folder + QStringLiteral("/NavData/cycle_info.txt"),
+                  "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
+        products += "<name>" + name.toUtf8() + "</name><dataset>xp11nav</dataset><product_path>" + folder.toUtf8() +
+                    "</product_path><install_path>$ProductPath/NavData:/NavData</install_path><cycle_info_path>"
+                    "$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category><update>true</update>";
+    }
+    writeFile(root.path() + QStringLiteral("/new/NavData/a.dat"), "new");
+    writeFile(root.path() + QStringLiteral("/new/NavData/cycle_info.txt"),
+              "AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
+    writeFile(serverRoot + QStringLiteral("/quillmark/versionList.txt"), "Revision: 1\n1802\n");
+    QDir().mkpath(serverRoot + QStringLiteral("/quillmark/1802"));
+    if (!zipFolder(root.path() + QStringLiteral("/new"), serverRoot + QStringLiteral("/quillmark/1802/xp11nav.zip"))
+             .isEmpty())
+        return false;
+    TestServer server(serverRoot);
+    if (!server.start())
+        return false;
+    writeFile(appPath + QStringLiteral("/bin/base_ini.xml"),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>" + server.hostAndPort().toUtf8() +
+                  "</Server></App><categories><name>X-Plane 11</name></categories><datasets><name>xp11nav</name>"
+                  "</datasets><products>" +
+                  products + "</products></data>\n");
+    writeFile(appPath + QStringLiteral("/bin/prop_ini.xml"), SampleCatalogue::QuietSettingsXml());
+
+    const QString previousAppPath = Application::st_strAppPath;
+    Application::st_strAppPath = appPath;
+    bool ok = true;
+    {
+        QuillmarkMainWindow window;
+        Application::mainWnd = &window;
+        window.show();
+        const auto file = [&](const char* name) { return output + QLatin1Char('/') + QLatin1String(name) + suffix; };
+        bool updated = false, failed = false;
+        // A step that does not come in time fails the pictures rather than taking a wrong one.
+        const auto waitFor = [&](const std::function<bool()>& done, int ms) {
+            const bool reached = QTest::qWaitFor(done, ms);
+            ok = ok && reached;
+            return reached;
+        };
+        CDialogRoute::SetHandler([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
+            if (!dialog)
+                return;
+            if (dialog->GetState() != dlgUpdateDatasetVersion::StateNewVersion) {
+                ok = save(*dialog, file("update_failed")) && ok;
+                failed = true;
+                return;
+            }
+            if (!dialog->GetOverwriteAccept()->isChecked())
+                dialog->GetOverwriteAccept()->click();
+            ok = save(*dialog, file("update_ready")) && ok;
+            // Slowly enough to be seen half-way.
+            server.setSlowPace(48, 40);
+            server.setFault(QStringLiteral("/quillmark/1802/xp11nav.zip"), TestServer::Fault::Slow);
+            dialog->GetDownloadButton()->click();
+            if (waitFor([&] { return dialog->GetProgressBar()->value() >= 30; }, 20000))
+                ok = save(*dialog, file("update_downloading")) && ok;
+            if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateDownloaded; }, 30000))
+                ok = save(*dialog, file("update_downloaded")) && ok;
+            dialog->GetInstallButton()->click();
+            if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateInstalled; }, 30000)) {
+                dialog->GetResultPane()->Open();
+                ok = save(*dialog, file("update_installed")) && ok;
+            }
+            updated = true;
+        });
+        QMetaObject::invokeMethod(window.GetActionButtons().at(0), "clickedSlot");
+        waitFor([&] { return updated; }, 60000);
+        // With the server out of reach a search by hand ends in the connection failure.
+        window.GetDataModel()->GetDSVersion()->SetServer(QStringLiteral("127.0.0.1:1"));
+        window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
+        waitFor([&] { return failed; }, 20000);
+
+        // The reset and the backup removal, each idle and then ready with its result open.
+        const auto takeBackupRun = [&](int button, const char* idle, const char* ready) {
+            bool taken = false;
+            CDialogRoute::SetHandler([&](QDialog* d) {
+                auto* dialog = qobject_cast<DlgBackupRun*>(d);
+                if (!dialog)
+                    return;
+                ok = save(*dialog, file(idle)) && ok;
+                dialog->GetActionButton()->click();
+                if (waitFor([&] { return dialog->GetActionButton()->isHidden(); }, 30000)) {
+                    dialog->GetResultPane()->Open();
+                    ok = save(*dialog, file(ready)) && ok;
+                }
+                taken = true;
+            });
+            QMetaObject::invokeMethod(window.GetActionButtons().at(button), "clickedSlot");
+            ok = ok && taken;
+        };
+        takeBackupRun(1, "reset_idle", "reset_ready");
+        // Install once more, so that there are backups to remove.
+        CDSVersion* engine = window.GetDataModel()->GetDSVersion();
+        QSignalSpy installed(engine, &CDSVersion::SignalInstallReady);
+        engine->SetProductList(window.GetDataModel()->GetProductList());
+        engine->InstallProducts();
+        waitFor([&] { return !installed.isEmpty(); }, 30000);
+        takeBackupRun(2, "removebackup_idle", "removebackup_ready");
+        CDialogRoute::SetHandler(nullptr);
+        Application::mainWnd = nullptr;
+    }
+    Application::st_strAppPath = previousAppPath;
     return ok;
 }
 } // namespace
@@ -214,6 +349,12 @@ int main(int argc, char** argv)
         ok = saveSelfUpdate(window, output, suffix) && ok;
     }
     CDialogRoute::SetHandler(nullptr);
+    for (const auto& language : languages) {
+        if (named)
+            break;
+        Application::setLanguage(QString::fromLatin1(language.key));
+        ok = takeUpdateDialog(output, QLatin1Char('_') + QLatin1String(language.suffix) + QStringLiteral(".png")) && ok;
+    }
     Application::setLanguage(QStringLiteral("en_US"));
     Application::mainWnd = nullptr;
     return ok ? 0 : 1;

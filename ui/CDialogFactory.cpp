@@ -1,7 +1,10 @@
 #include "ui/CDialogFactory.h"
 
 #include "ui/DlgHelp.h"
+#include "ui/DlgRemoveBackup.h"
+#include "ui/DlgResetDataset.h"
 #include "ui/DlgVLSettings.h"
+#include "ui/dlgUpdateDatasetVersion.h"
 #include "ui/dlgUpdateQMKVersion.h"
 
 void CDialogFactory::Install()
@@ -27,10 +30,21 @@ QDialog* CDialogFactory::Build(EDlgPurpose purpose, CDataModel* model, const QSt
         dialog->Init(model, title);
         return dialog;
     }
-    case EDlgPurpose::UpdateDatasets:
-    case EDlgPurpose::ResetDatasets:
-    case EDlgPurpose::RemoveBackups:
-        break;
+    case EDlgPurpose::UpdateDatasets: {
+        auto* dialog = new dlgUpdateDatasetVersion(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
+    case EDlgPurpose::ResetDatasets: {
+        auto* dialog = new DlgResetDataset(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
+    case EDlgPurpose::RemoveBackups: {
+        auto* dialog = new DlgRemoveBackup(parent);
+        dialog->Init(model, title);
+        return dialog;
+    }
     }
     return nullptr;
 }

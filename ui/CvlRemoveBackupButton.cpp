@@ -1,5 +1,7 @@
 #include "ui/CvlRemoveBackupButton.h"
 
+#include "model/CDataModel.h"
+
 CvlRemoveBackupButton::CvlRemoveBackupButton(QWidget* parent, CDataModel* dataModel) : CvlActionBtn(parent, dataModel)
 {
     Init(QStringLiteral(":/images/RemoveBackup.png"), QStringLiteral(":/images/RemoveBackupMove.png"),
@@ -8,7 +10,8 @@ CvlRemoveBackupButton::CvlRemoveBackupButton(QWidget* parent, CDataModel* dataMo
 
 void CvlRemoveBackupButton::clickedSlot()
 {
-    // Connected to its dialog once that dialog exists.
+    if (m_pDataModel)
+        m_pDataModel->CallRemoveBackupDlg();
 }
 
 void CvlRemoveBackupButton::retranslate()

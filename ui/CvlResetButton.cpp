@@ -1,5 +1,7 @@
 #include "ui/CvlResetButton.h"
 
+#include "model/CDataModel.h"
+
 CvlResetButton::CvlResetButton(QWidget* parent, CDataModel* dataModel) : CvlActionBtn(parent, dataModel)
 {
     Init(QStringLiteral(":/images/Reset.png"), QStringLiteral(":/images/ResetMove.png"), tr("Reset"));
@@ -7,7 +9,8 @@ CvlResetButton::CvlResetButton(QWidget* parent, CDataModel* dataModel) : CvlActi
 
 void CvlResetButton::clickedSlot()
 {
-    // Connected to its dialog once that dialog exists.
+    if (m_pDataModel)
+        m_pDataModel->CallResetDataSetDlg();
 }
 
 void CvlResetButton::retranslate()

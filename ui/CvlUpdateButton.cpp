@@ -1,5 +1,7 @@
 #include "ui/CvlUpdateButton.h"
 
+#include "model/CDataModel.h"
+
 CvlUpdateButton::CvlUpdateButton(QWidget* parent, CDataModel* dataModel) : CvlActionBtn(parent, dataModel)
 {
     Init(QStringLiteral(":/images/Update.png"), QStringLiteral(":/images/UpdateMove.png"), tr("Update"));
@@ -7,7 +9,8 @@ CvlUpdateButton::CvlUpdateButton(QWidget* parent, CDataModel* dataModel) : CvlAc
 
 void CvlUpdateButton::clickedSlot()
 {
-    // Connected to its dialog once that dialog exists.
+    if (m_pDataModel)
+        m_pDataModel->RunUpdateAddOnDatasets(nullptr);
 }
 
 void CvlUpdateButton::retranslate()

@@ -338,17 +338,20 @@ void VlProdLabel::ClickedHideCommandsButtonSlot()
 
 void VlProdLabel::ClickedUpdateSlot()
 {
-    // Opens the update dialog for this product once the data model offers it.
+    if (m_pDataModel && m_pProduct)
+        m_pDataModel->RunUpdateAddOnDatasets(m_pProduct);
 }
 
 void VlProdLabel::ClickedResetSlot()
 {
-    // Opens the reset dialog for this product once the data model offers it.
+    if (m_pDataModel && m_pProduct)
+        m_pDataModel->RunReset(m_pProduct);
 }
 
 void VlProdLabel::ClickedRemoveBackupSlot()
 {
-    // Opens the backup-removal dialog for this product once the data model offers it.
+    if (m_pDataModel && m_pProduct)
+        m_pDataModel->RunRemoveBackup(m_pProduct);
 }
 
 void VlProdLabel::ClickedChangeButtonSlot()

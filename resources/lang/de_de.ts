@@ -138,6 +138,18 @@
         <source>The last run of Quillmark was cut off during an update or a reset:</source>
         <translation>Quillmark wurde beim letzten Mal während einer Aktualisierung oder eines Zurücksetzens unterbrochen:</translation>
     </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation>Die Produktauswahl ist leer.</translation>
+    </message>
+    <message>
+        <source>Please select products for reset.</source>
+        <translation>Bitte wählen Sie Produkte zum Zurücksetzen aus.</translation>
+    </message>
+    <message>
+        <source>Please select products for remove backup.</source>
+        <translation>Bitte wählen Sie Produkte zum Löschen der Backups aus.</translation>
+    </message>
 </context>
 <context>
     <name>CQMKVersion</name>
@@ -210,6 +222,45 @@
         <source>Quillmark Update</source>
         <translation>Quillmark-Aktualisierung</translation>
     </message>
+    <message>
+        <source>Product-Dataset Update</source>
+        <translation>Produkt-Datensätze aktualisieren</translation>
+    </message>
+    <message>
+        <source>Product-Dataset Reset</source>
+        <translation>Produkt-Datensätze zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Product-Dataset RemoveBackup</source>
+        <translation>Produkt-Backups löschen</translation>
+    </message>
+</context>
+<context>
+    <name>DlgDatasetRun</name>
+    <message>
+        <source>Products:</source>
+        <translation>Produkte:</translation>
+    </message>
+    <message>
+        <source>Show Product-Select-List</source>
+        <translation>Produktauswahl zeigen</translation>
+    </message>
+    <message>
+        <source>Hide Product-Select-List</source>
+        <translation>Produktauswahl ausblenden</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Attention:</source>
+        <translation>Achtung:</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
 </context>
 <context>
     <name>DlgHelp</name>
@@ -248,6 +299,44 @@
     <message>
         <source>No program to show %1 was found.</source>
         <translation>Es wurde kein Programm gefunden, das %1 anzeigen kann.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgRemoveBackup</name>
+    <message>
+        <source>RemoveBackup Navdata-Files.</source>
+        <translation>Backups der Navigationsdateien werden gelöscht.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup</source>
+        <translation>Backup löschen</translation>
+    </message>
+    <message>
+        <source>Run RemoveBackup.</source>
+        <translation>Backups werden gelöscht.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup ready.</source>
+        <translation>Backups gelöscht.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgResetDataset</name>
+    <message>
+        <source>Reset Navdata-Files.</source>
+        <translation>Navigationsdateien werden zurückgesetzt.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>Zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Run reset.</source>
+        <translation>Zurücksetzen läuft.</translation>
+    </message>
+    <message>
+        <source>Reset ready.</source>
+        <translation>Zurücksetzen fertig.</translation>
     </message>
 </context>
 <context>
@@ -455,6 +544,89 @@
     <message>
         <source>Update available.</source>
         <translation>Aktualisierung verfügbar.</translation>
+    </message>
+</context>
+<context>
+    <name>dlgUpdateDatasetVersion</name>
+    <message>
+        <source>Datasets was found:</source>
+        <translation>Gefundene Datensätze:</translation>
+    </message>
+    <message>
+        <source>ready for download.</source>
+        <translation>bereit zum Herunterladen.</translation>
+    </message>
+    <message>
+        <source>Failed to connect to Velmora-Server.</source>
+        <translation>Keine Verbindung zum Velmora-Server.</translation>
+    </message>
+    <message>
+        <source>There are no new updates available.</source>
+        <translation>Es sind keine neuen Aktualisierungen verfügbar.</translation>
+    </message>
+    <message>
+        <source>Run download.</source>
+        <translation>Download läuft.</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Aktualisierung</translation>
+    </message>
+    <message>
+        <source>downloaded.</source>
+        <translation>heruntergeladen.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Download failed.</source>
+        <translation>Download fehlgeschlagen.</translation>
+    </message>
+    <message>
+        <source>Run install.</source>
+        <translation>Installation läuft.</translation>
+    </message>
+    <message>
+        <source>Install ready.</source>
+        <translation>Installation fertig.</translation>
+    </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation>Die Produktauswahl ist leer.</translation>
+    </message>
+    <message>
+        <source>Please select products for update.</source>
+        <translation>Bitte wählen Sie Produkte zum Aktualisieren aus.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>not found new files</source>
+        <translation>keine neuen Dateien gefunden</translation>
+    </message>
+    <message>
+        <source>Overwritten Navdata-Files.</source>
+        <translation>Navigationsdateien werden überschrieben.</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>OverwriteAccept</source>
+        <translation>Überschreiben erlauben</translation>
+    </message>
+    <message>
+        <source>create cycle backup data</source>
+        <translation>Backup des Zyklus anlegen</translation>
     </message>
 </context>
 <context>

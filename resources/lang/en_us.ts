@@ -138,6 +138,18 @@
         <source>The last run of Quillmark was cut off during an update or a reset:</source>
         <translation>The last run of Quillmark was cut off during an update or a reset:</translation>
     </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation>The Product-Select-List ist empty.</translation>
+    </message>
+    <message>
+        <source>Please select products for reset.</source>
+        <translation>Please select products for reset.</translation>
+    </message>
+    <message>
+        <source>Please select products for remove backup.</source>
+        <translation>Please select products for remove backup.</translation>
+    </message>
 </context>
 <context>
     <name>CQMKVersion</name>
@@ -210,6 +222,45 @@
         <source>Quillmark Update</source>
         <translation>Quillmark Update</translation>
     </message>
+    <message>
+        <source>Product-Dataset Update</source>
+        <translation>Product-Dataset Update</translation>
+    </message>
+    <message>
+        <source>Product-Dataset Reset</source>
+        <translation>Product-Dataset Reset</translation>
+    </message>
+    <message>
+        <source>Product-Dataset RemoveBackup</source>
+        <translation>Product-Dataset RemoveBackup</translation>
+    </message>
+</context>
+<context>
+    <name>DlgDatasetRun</name>
+    <message>
+        <source>Products:</source>
+        <translation>Products:</translation>
+    </message>
+    <message>
+        <source>Show Product-Select-List</source>
+        <translation>Show Product-Select-List</translation>
+    </message>
+    <message>
+        <source>Hide Product-Select-List</source>
+        <translation>Hide Product-Select-List</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Result</translation>
+    </message>
+    <message>
+        <source>Attention:</source>
+        <translation>Attention:</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished">Error</translation>
+    </message>
 </context>
 <context>
     <name>DlgHelp</name>
@@ -248,6 +299,44 @@
     <message>
         <source>No program to show %1 was found.</source>
         <translation>No program to show %1 was found.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgRemoveBackup</name>
+    <message>
+        <source>RemoveBackup Navdata-Files.</source>
+        <translation>RemoveBackup Navdata-Files.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup</source>
+        <translation type="unfinished">RemoveBackup</translation>
+    </message>
+    <message>
+        <source>Run RemoveBackup.</source>
+        <translation>Run RemoveBackup.</translation>
+    </message>
+    <message>
+        <source>RemoveBackup ready.</source>
+        <translation>RemoveBackup ready.</translation>
+    </message>
+</context>
+<context>
+    <name>DlgResetDataset</name>
+    <message>
+        <source>Reset Navdata-Files.</source>
+        <translation>Reset Navdata-Files.</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation type="unfinished">Reset</translation>
+    </message>
+    <message>
+        <source>Run reset.</source>
+        <translation>Run reset.</translation>
+    </message>
+    <message>
+        <source>Reset ready.</source>
+        <translation>Reset ready.</translation>
     </message>
 </context>
 <context>
@@ -455,6 +544,89 @@
     <message>
         <source>Update available.</source>
         <translation>Update available.</translation>
+    </message>
+</context>
+<context>
+    <name>dlgUpdateDatasetVersion</name>
+    <message>
+        <source>Datasets was found:</source>
+        <translation>Datasets was found:</translation>
+    </message>
+    <message>
+        <source>ready for download.</source>
+        <translation type="unfinished">ready for download.</translation>
+    </message>
+    <message>
+        <source>Failed to connect to Velmora-Server.</source>
+        <translation type="unfinished">Failed to connect to Velmora-Server.</translation>
+    </message>
+    <message>
+        <source>There are no new updates available.</source>
+        <translation type="unfinished">There are no new updates available.</translation>
+    </message>
+    <message>
+        <source>Run download.</source>
+        <translation type="unfinished">Run download.</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation type="unfinished">Update</translation>
+    </message>
+    <message>
+        <source>downloaded.</source>
+        <translation type="unfinished">downloaded.</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished">Error</translation>
+    </message>
+    <message>
+        <source>Download failed.</source>
+        <translation type="unfinished">Download failed.</translation>
+    </message>
+    <message>
+        <source>Run install.</source>
+        <translation>Run install.</translation>
+    </message>
+    <message>
+        <source>Install ready.</source>
+        <translation>Install ready.</translation>
+    </message>
+    <message>
+        <source>The Product-Select-List ist empty.</source>
+        <translation>The Product-Select-List ist empty.</translation>
+    </message>
+    <message>
+        <source>Please select products for update.</source>
+        <translation>Please select products for update.</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Install</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation type="unfinished">Download</translation>
+    </message>
+    <message>
+        <source>not found new files</source>
+        <translation>not found new files</translation>
+    </message>
+    <message>
+        <source>Overwritten Navdata-Files.</source>
+        <translation>Overwritten Navdata-Files.</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>OverwriteAccept</source>
+        <translation>OverwriteAccept</translation>
+    </message>
+    <message>
+        <source>create cycle backup data</source>
+        <translation>create cycle backup data</translation>
     </message>
 </context>
 <context>
