@@ -75,6 +75,12 @@ CDSVersion::CDSVersion(QObject* parent) : QObject(parent), m_strVersionListName(
         connect(worker, &CFileWorkerThread::SignalRunEnded, this,
                 [this, worker](quint64 tag) { WorkerEndedSlot(worker, tag); });
     connect(&m_fileCopyThread, &FileCopyThread::SignalFileWritten, this, &CDSVersion::FileWrittenSlot);
+    connect(&m_fileCopyThread, &FileCopyThread::SignalTotalBytes, this, [this](quint64 total) {
+        if (!IsActiveRun(ERun::Install))
+            return;
+        m_totalBytes = total;
+        emit SignalBeginCopyThead(total);
+    });
 }
 
 CDSVersion::~CDSVersion()

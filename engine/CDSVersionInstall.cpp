@@ -188,18 +188,7 @@ void CDSVersion::CreateTempInstallDirectory()
 
 quint64 CDSVersion::GetDirectoryByteSize(const QString& folder)
 {
-    quint64 total = 0;
-    QStringList work{folder};
-    while (!work.isEmpty()) {
-        const QString dir = work.takeFirst();
-        if (!QFileInfo(dir).isDir())
-            continue;
-        for (const QFileInfo& file : CFileTree::plainFiles(dir))
-            total += quint64(file.size());
-        for (const QFileInfo& sub : CFileTree::subFolders(dir))
-            work << sub.absoluteFilePath();
-    }
-    return total;
+    return CFileTree::byteSize(folder);
 }
 
 bool CDSVersion::removeDir(const QString& path)
@@ -274,10 +263,10 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
     m_strJournal = journal;
 
     m_fileCopyThread.Init(product, m_strTempInstallDir, makeBackups, entry.id, product->GetCycleInfoFile());
-    m_totalBytes = GetDirectoryByteSize(m_strTempInstallDir);
+    // The worker measures the unpacked tree first (SignalTotalBytes): measuring tens of thousands
+    // of files here would hold up the window.
     m_pWorkerProduct = product;
     StartWorker(m_fileCopyThread);
-    emit SignalBeginCopyThead(m_totalBytes);
 }
 
 void CDSVersion::FileCopyThreadFinishedSlot()

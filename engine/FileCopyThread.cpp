@@ -46,6 +46,7 @@ void FileCopyThread::DoRun()
         m_bSuccess = false;
         return;
     }
+    emit SignalTotalBytes(CFileTree::byteSize(m_strSourceRoot));
     MoveProductFiles();
     CFolderWalk::RunEnd();
     if (m_bBackupWritten && m_bCycleUnknown) {

@@ -33,6 +33,8 @@ public:
     QString GetBackupDirPath(QString target);
 
 signals:
+    // The size of the unpacked tree, sent before the first file moves.
+    void SignalTotalBytes(quint64 total);
     void SignalFileWritten(quint64 bytes);
 
 protected:

@@ -75,3 +75,19 @@ bool CFileTree::removeDir(const QString& path)
         QFile::remove(path);
     return QDir().rmdir(path);
 }
+
+quint64 CFileTree::byteSize(const QString& folder)
+{
+    quint64 total = 0;
+    QStringList work{folder};
+    while (!work.isEmpty()) {
+        const QString dir = work.takeFirst();
+        if (!QFileInfo(dir).isDir())
+            continue;
+        for (const QFileInfo& file : plainFiles(dir))
+            total += quint64(file.size());
+        for (const QFileInfo& sub : subFolders(dir))
+            work << sub.absoluteFilePath();
+    }
+    return total;
+}

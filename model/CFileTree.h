@@ -12,6 +12,8 @@ public:
     // existed; otherwise whether the last step (removing the folder itself) succeeded, so a single
     // file reports false after it was deleted. Stops at the first entry it cannot delete.
     static bool removeDir(const QString& path);
+    // Summed size of the plain files of a tree (hidden files and links not counted).
+    static quint64 byteSize(const QString& folder);
 
     // Entries of a folder without "." and "..": files, folders, hidden and system entries,
     // folders first. Links are included and reported by QFileInfo::isSymLink().
