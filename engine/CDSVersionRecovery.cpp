@@ -58,8 +58,15 @@ QStringList CDSVersion::RecoverInterruptedRuns(CProductList* list)
         if (!product)
             continue;
         product->InitNewInstallPaths(false);
-        const QString journal = CRunJournal::PathFor(product);
-        if (journal.isEmpty() || done.contains(journal) || !exists(journal))
+        // Where the record went depends on which folders existed when the run began.
+        QString journal;
+        for (const QString& candidate : CRunJournal::Candidates(product)) {
+            if (exists(candidate)) {
+                journal = candidate;
+                break;
+            }
+        }
+        if (journal.isEmpty() || done.contains(journal))
             continue;
         done.insert(journal);
         report << RecoverProduct(product, journal);

@@ -269,6 +269,8 @@ void CDSVersion::StopWalk(Walk walk)
         StopWorker(m_fileResetThread, "FileResetThread");
     else
         StopWorker(m_fileRemoveBackupThread, "FileRemoveBackupThread");
+    // A reset cut off here keeps its record on disk; the next run or start-up completes it.
+    m_strJournal.clear();
     SetFinishedStateProducts();
 }
 

@@ -23,7 +23,6 @@ public:
     void Start(quint64 tag);
     // Asks a running walk to stop before its next file.
     void RequestStop() { m_bStopRequested = true; }
-    bool IsStopRequested() const { return m_bStopRequested; }
     static bool removeDir(const QString& path);
 
 signals:

@@ -29,23 +29,29 @@ void syncFolder(const QString& folder)
 }
 } // namespace
 
+QStringList CRunJournal::Candidates(CProduct* product)
+{
+    QStringList paths;
+    if (!product)
+        return paths;
+    QStringList folders{product->InitRealCycleInfoPath()};
+    for (const CInstallPath* entry : product->GetInstallPaths())
+        if (entry)
+            folders << entry->strNewPath;
+    const QString name = QStringLiteral("/QMK_") + product->GetDataset() + QStringLiteral("_journal.txt");
+    for (const QString& folder : folders)
+        if (!folder.isEmpty() && !paths.contains(folder + name))
+            paths << folder + name;
+    return paths;
+}
+
 QString CRunJournal::PathFor(CProduct* product)
 {
-    if (!product)
-        return QString();
-    QString folder = product->InitRealCycleInfoPath();
-    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
-        folder.clear();
-        for (const CInstallPath* entry : product->GetInstallPaths()) {
-            if (entry && !entry->strNewPath.isEmpty() && QFileInfo(entry->strNewPath).isDir()) {
-                folder = entry->strNewPath;
-                break;
-            }
-        }
-    }
-    if (folder.isEmpty())
-        return QString();
-    return folder + QStringLiteral("/QMK_") + product->GetDataset() + QStringLiteral("_journal.txt");
+    // The first of the places whose folder exists.
+    for (const QString& path : Candidates(product))
+        if (QFileInfo(QFileInfo(path).absolutePath()).isDir())
+            return path;
+    return QString();
 }
 
 bool CRunJournal::Write(const QString& path, const Entry& entry, QString* error)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class CProduct;
 
@@ -31,6 +32,9 @@ public:
     // first install target when it has none. Empty when neither is known. Resolves the product's
     // cycle folder.
     static QString PathFor(CProduct* product);
+    // Every place a record of the product may have been written to (its cycle folder and each
+    // install target), whether or not the folder exists now.
+    static QStringList Candidates(CProduct* product);
     // Written to a temporary name, flushed to disk and renamed over the record in one step.
     static bool Write(const QString& path, const Entry& entry, QString* error);
     static bool Read(const QString& path, Entry& entry);

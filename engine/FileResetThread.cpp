@@ -104,7 +104,6 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                     if (!QFileInfo(backup).isDir() || !QFileInfo(target).isDir())
                         return false;
 
-                    bool keepBackup = false;
                     bool stopped = false;
                     // Links in the backup are entries an install moved aside; they go back as links.
                     QFileInfoList entries = CFileTree::plainFiles(backup);
@@ -123,12 +122,10 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         // the backup.
                         if (current.isSymLink()) {
                             m_log.WriteString(CFolderWalk::LinkWarning(targetFile), false);
-                            keepBackup = true;
                             continue;
                         }
                         if (current.isDir()) {
                             m_walk.Error(targetFile + QStringLiteral(" is a folder; its backup file is kept"));
-                            keepBackup = true;
                             continue;
                         }
                         QString error;
@@ -137,15 +134,13 @@ void FileResetThread::resetFolder(const QString& backupFolder, const QString& ta
                         if (!CFolderWalk::MoveFile(file.absoluteFilePath(), targetFile, true, &error)) {
                             m_walk.Error(QStringLiteral("cannot put back ") + targetFile + QStringLiteral(": ") +
                                          error);
-                            keepBackup = true;
                         }
                     }
 
-                    // The folder itself goes only once the cycle file is back (RemoveEmptiedBackups).
+                    // The folder itself goes only once the cycle file is back, and only when it is
+                    // empty (RemoveEmptiedBackups), which also reports one left holding a file.
                     if (stopped)
                         m_walk.Warning(QStringLiteral("reset stopped; backup folder kept: ") + backup);
-                    else if (keepBackup)
-                        m_walk.Error(QStringLiteral("not everything could be put back from ") + backup);
                     return true;
                 });
 }

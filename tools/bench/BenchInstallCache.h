@@ -76,6 +76,14 @@ inline bool prepareCache(int files)
 }
 
 // A product folder holding the previous cycle: hard links to the cache, which renames leave alone.
+// Puts the cached archive (as a link) and a version list offering cycle 1802 into a cycle folder.
+inline bool holdArchive(const QString& cycleDir)
+{
+    QDir().mkpath(cycleDir);
+    return DatasetFiles::writeFile(cycleDir + "/versionList.txt", "Revision: 1\n1802\n") &&
+           QFile::link(kCache + "/DS.zip", cycleDir + "/DS.zip");
+}
+
 inline bool previousCycleInto(const QString& productRoot)
 {
     QDir().mkpath(productRoot);

@@ -42,17 +42,12 @@ double engineRun(int files)
         return -1;
     CDSVersion engine;
     engine.Init(QStringLiteral("1.0"));
-    DatasetFiles::writeFile(engine.GetCycleDirectory() + "/versionList.txt", "Revision: 1\n1802\n");
-    if (!QFile::link(kCache + "/DS.zip", engine.GetCycleDirectory() + "/DS.zip"))
+    if (!holdArchive(engine.GetCycleDirectory()))
         return -1;
     CProductList products;
     CInstallGroupList groups;
-    CProduct* p = products.Add(QStringLiteral("Bench product"));
-    p->SetDataset(QStringLiteral("DS"));
-    p->InitNewProdPath(productRoot);
-    p->AddInstallPath(QStringLiteral("$ProductPath/NavData:/NavData"));
-    p->SetCycleInfoPath(QStringLiteral("$ProductPath/NavData"));
-    p->SetUpdate(true);
+    CProduct* p =
+        DatasetFiles::addNavDataProduct(products, QStringLiteral("Bench product"), QStringLiteral("DS"), productRoot);
     groups.AssignProduct(p);
     engine.SetProductList(&products);
 

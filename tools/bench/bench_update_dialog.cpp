@@ -70,13 +70,6 @@ QString cycleDirOf(const TempAppDir& app)
     return app.path() + QStringLiteral("/downloads/QuillmarkCycle");
 }
 
-bool holdArchive(const QString& cycleDir)
-{
-    QDir().mkpath(cycleDir);
-    return DatasetFiles::writeFile(cycleDir + "/versionList.txt", "Revision: 1\n1802\n") &&
-           QFile::link(kCache + "/DS.zip", cycleDir + "/DS.zip");
-}
-
 Result engineRun()
 {
     Result result;
@@ -91,12 +84,8 @@ Result engineRun()
         return result;
     CProductList products;
     CInstallGroupList groups;
-    CProduct* p = products.Add(QStringLiteral("Bench product"));
-    p->SetDataset(QStringLiteral("DS"));
-    p->InitNewProdPath(productRoot);
-    p->AddInstallPath(QStringLiteral("$ProductPath/NavData:/NavData"));
-    p->SetCycleInfoPath(QStringLiteral("$ProductPath/NavData"));
-    p->SetUpdate(true);
+    CProduct* p =
+        DatasetFiles::addNavDataProduct(products, QStringLiteral("Bench product"), QStringLiteral("DS"), productRoot);
     groups.AssignProduct(p);
     engine.SetProductList(&products);
 
