@@ -173,28 +173,34 @@ int Application::run(int& argc, char** argv, const RunHooks& hooks)
         auto* app = new Application(argc, argv);
         if (hooks.afterApplication)
             hooks.afterApplication(pass);
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-        loadTranslations(QStringLiteral(":/lang"));
-
-        QMainWindow* window = hooks.makeWindow();
-        mainWnd = window;
-
-        // Centre on the available area of the default screen; the size stays as it is.
-        const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-        const int left = (area.left() + area.right()) / 2 - window->width() / 2;
-        const int top = (area.top() + area.bottom()) / 2 - window->height() / 2;
-        window->move(left, top);
-        window->show();
-
-        QObject::connect(app, &QGuiApplication::lastWindowClosed, app, &QCoreApplication::quit);
-        if (hooks.afterShow)
-            hooks.afterShow(pass);
-        exitCode = app->exec();
-
-        delete window;
-        mainWnd = nullptr;
+        exitCode = runPass(hooks, pass);
         delete app;
         ++pass;
     } while (exitCode == RestartExitCode);
+    return exitCode;
+}
+
+int Application::runPass(const RunHooks& hooks, int pass)
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    loadTranslations(QStringLiteral(":/lang"));
+
+    QMainWindow* window = hooks.makeWindow();
+    mainWnd = window;
+
+    // Centre on the available area of the default screen; the size stays as it is.
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    const int left = (area.left() + area.right()) / 2 - window->width() / 2;
+    const int top = (area.top() + area.bottom()) / 2 - window->height() / 2;
+    window->move(left, top);
+    window->show();
+
+    QObject::connect(qApp, &QGuiApplication::lastWindowClosed, qApp, &QCoreApplication::quit, Qt::UniqueConnection);
+    if (hooks.afterShow)
+        hooks.afterShow(pass);
+    const int exitCode = QCoreApplication::exec();
+
+    delete window;
+    mainWnd = nullptr;
     return exitCode;
 }

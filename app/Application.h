@@ -53,6 +53,9 @@ public:
     };
     // The program's start-up loop: exit code 20 starts a new pass in the same process.
     static int run(int& argc, char** argv, const RunHooks& hooks);
+    // One pass of that loop on the application object that exists: translations, window, event
+    // loop. The window is deleted when the loop ends; returns the loop's exit code.
+    static int runPass(const RunHooks& hooks, int pass);
 
 private:
     static QHash<QString, QTranslator*> translators;

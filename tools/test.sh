@@ -14,12 +14,13 @@ if [ $sanitize -eq 1 ]; then
 fi
 . "$(dirname "$0")/lib/common.sh"
 
+# nginx for TestJourney, which runs the README's production recipe.
 if [ $sanitize -eq 1 ]; then
-    qmk_ensure_packages "${QMK_SANITIZE_PACKAGES[@]}"
+    qmk_ensure_packages nginx-light "${QMK_SANITIZE_PACKAGES[@]}"
     qmk_build -DQUILLMARK_SANITIZE=ON
     qmk_sanitizer_environment
 else
-    qmk_ensure_packages
+    qmk_ensure_packages nginx-light
     qmk_build
 fi
 cd "$QMK_BUILD"
