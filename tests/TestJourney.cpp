@@ -1,17 +1,247 @@
 #include "app/Application.h"
+#include "engine/CDSVersion.h"
 #include "engine/DownloadManager.h"
+#include "model/CDataModel.h"
+#include "model/CProduct.h"
 #include "support/DatasetFiles.h"
+#include "support/DialogDriver.h"
+#include "support/MessageBoxSpy.h"
 #include "support/NginxServer.h"
+#include "support/TempAppDir.h"
+#include "ui/CvlActionBtn.h"
+#include "ui/DlgBackupRun.h"
+#include "ui/DlgVLSettings.h"
+#include "ui/QuillmarkMainWindow.h"
+#include "ui/SystemButton.h"
+#include "ui/VlBigComboBox.h"
+#include "ui/VlCheckBox.h"
+#include "ui/VlFoldPane.h"
+#include "ui/VlMessageLabel.h"
+#include "ui/VlProdLabel.h"
+#include "ui/VlProdListLabel.h"
+#include "ui/VlPushButton.h"
+#include "ui/dlgUpdateDatasetVersion.h"
+#include "ui/dlgUpdateQMKVersion.h"
+#include "ui/wdgBackupLocal.h"
 
+#include <QCryptographicHash>
+#include <QLabel>
 #include <QProcess>
+#include <QProgressBar>
+#include <QRandomGenerator>
+#include <QScopedPointer>
 #include <QSignalSpy>
 #include <QSslConfiguration>
 #include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
 
 using namespace DatasetFiles;
 
 namespace {
 const QByteArray kVersionList = "Revision: 1\n1802\n";
+
+const QByteArray kCycle1801 = "AIRAC cycle    : 1801\r\nRevision       : 1\r\n";
+const QByteArray kCycle1802 = "AIRAC cycle    : 1802\r\nRevision       : 1\r\n";
+const QString kReleaseArchive = QStringLiteral("/downloads/quillmark/VL_QUILLMARK_V124_MAC.zip");
+const QStringList kDatasets{"XP11NAV", "XP10NAV"};
+
+QByteArray sha1(const QByteArray& bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
+}
+
+void click(QWidget* widget)
+{
+    QVERIFY2(widget->isVisible() && widget->isEnabled(), widget->metaObject()->className());
+    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, widget->rect().center());
+}
+
+// Where a user clicks a check box: on its box.
+void tick(QCheckBox* box)
+{
+    QVERIFY(box->isEnabled());
+    QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
+}
+
+QString caption(QWidget* actionButton)
+{
+    return static_cast<CvlActionBtn*>(actionButton)->GetCaption();
+}
+
+// Compares two trees of checksums and names every difference, so a failure says what was lost.
+QString treeDifference(const QMap<QString, QByteArray>& expected, const QMap<QString, QByteArray>& actual)
+{
+    QStringList lines;
+    for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+        if (!actual.contains(it.key()))
+            lines << "missing " + it.key();
+        else if (actual.value(it.key()) != it.value())
+            lines << "changed " + it.key();
+    }
+    for (auto it = actual.cbegin(); it != actual.cend(); ++it)
+        if (!expected.contains(it.key()))
+            lines << "extra " + it.key();
+    return lines.join('\n');
+}
+
+// One add-on of the journey's catalogue; products sharing a folder and dataset form an install group.
+struct Addon
+{
+    QString name;
+    QString dataset;
+    QString folder;
+    bool selected;
+};
+const QList<Addon> kAddons{{"Alpha FMS", "XP11NAV", "Alpha", true},
+                           {"Bravo FMS", "XP11NAV", "Bravo", true},
+                           {"Charlie GNS", "XP10NAV", "Shared", true},
+                           {"Delta GNS", "XP10NAV", "Shared", false},
+                           {"Echo FMS", "XP11NAV", "Echo", false}};
+
+// What a dataset archive brings into NavData: a.dat replaced, new files, the new cycle.
+QMap<QString, QByteArray> archiveFiles(const QString& dataset)
+{
+    QMap<QString, QByteArray> files{{"a.dat", "new a of " + dataset.toUtf8()},
+                                    {"Added/b.dat", "new b of " + dataset.toUtf8()},
+                                    {"cycle_info.txt", kCycle1802}};
+    if (dataset == "XP10NAV") {
+        // Large enough to be cut off half-way by a server that is stopped.
+        QByteArray big(2 * 1024 * 1024, Qt::Uninitialized);
+        QRandomGenerator random(7);
+        random.fillRange(reinterpret_cast<quint32*>(big.data()), big.size() / 4);
+        files.insert("Big/nav.bin", big);
+    }
+    return files;
+}
+
+// A program folder with the journey's add-ons on cycle 1801, and the main window over it.
+struct Program
+{
+    MessageBoxSpy boxes;
+    TempAppDir app;
+    QTemporaryDir work;
+    ToolPath tools;
+    QScopedPointer<QuillmarkMainWindow> window;
+    QMap<QString, QByteArray> before;
+
+    QString addons() const { return work.path() + "/Addons"; }
+    // The add-on folders; the marks a run leaves in the backup folders it made are left out and
+    // checked on their own (runMarksOutsideBackups).
+    QMap<QString, QByteArray> tree() const
+    {
+        QMap<QString, QByteArray> sums = checksums(addons());
+        for (const QString& key : sums.keys())
+            if (QFileInfo(key).fileName().startsWith(".qmk_run_"))
+                sums.remove(key);
+        return sums;
+    }
+    QStringList runMarksOutsideBackups() const
+    {
+        QStringList stray;
+        for (const QString& key : checksums(addons()).keys())
+            if (QFileInfo(key).fileName().startsWith(".qmk_run_") &&
+                !QFileInfo(key).path().section('/', -1).startsWith("QMK_"))
+                stray << key;
+        return stray;
+    }
+    QByteArray log(const QString& name) const { return app.readFile("log/" + name); }
+    QString cycleFolder() const { return app.filePath("downloads/QuillmarkCycle"); }
+
+    bool prepare(const QString& server, bool autoChecks)
+    {
+        for (const Addon& addon : kAddons) {
+            const QString nav = addons() + "/" + addon.folder + "/NavData";
+            if (QFileInfo::exists(nav))
+                continue;
+            writeRandomTree(nav, 15, quint32(qHash(addon.folder)));
+            writeFile(nav + "/a.dat", "old a of " + addon.folder.toUtf8());
+            writeFile(nav + "/cycle_info.txt", kCycle1801);
+        }
+        before = tree();
+        QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>" + server.toUtf8() +
+                         "</Server></App><categories><name>X-Plane 11</name></categories><datasets>";
+        for (const QString& dataset : kDatasets)
+            xml += "<name>" + dataset.toUtf8() + "</name>";
+        xml += "</datasets><products>";
+        for (const Addon& addon : kAddons)
+            xml += "<name>" + addon.name.toUtf8() + "</name><dataset>" + addon.dataset.toUtf8() +
+                   "</dataset><product_path>" + (addons() + "/" + addon.folder).toUtf8() +
+                   "</product_path><install_path>$ProductPath/NavData:/NavData</install_path>"
+                   "<cycle_info_path>$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category>"
+                   "<update>" +
+                   (addon.selected ? "true" : "false") + "</update>";
+        xml += "</products></data>\n";
+        const QString opened = tools.path() + "/opened.txt";
+        return app.writeFile("bin/base_ini.xml", xml) &&
+               app.writeFile("bin/prop_ini.xml",
+                             QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1"
+                                     "</DSAutoUpdate><QuillmarkAutoUpdate>%1</QuillmarkAutoUpdate>"
+                                     "<CreateBackupFiles>1</CreateBackupFiles></App></data>\n")
+                                 .arg(int(autoChecks))
+                                 .toUtf8()) &&
+               tools.addScript("xdg-open", "echo \"$@\" >> '" + opened.toUtf8() + "'");
+    }
+    void open()
+    {
+        window.reset(new QuillmarkMainWindow);
+        Application::mainWnd = window.data();
+        window->show();
+    }
+    VlProdLabel* card(const QString& name) const
+    {
+        for (VlProdLabel* c : window->GetProdList()->GetCards())
+            if (c->GetProduct()->GetName() == name)
+                return c;
+        return nullptr;
+    }
+    QStringList opened() const
+    {
+        return QString::fromUtf8(readFile(tools.path() + "/opened.txt")).split('\n', Qt::SkipEmptyParts);
+    }
+    // The add-on tree once `folders` hold the new cycle, with or without their backups.
+    QMap<QString, QByteArray> installed(const QStringList& folders, bool backups) const
+    {
+        QMap<QString, QByteArray> expected = before;
+        for (const Addon& addon : kAddons) {
+            if (!folders.contains(addon.folder))
+                continue;
+            const QString nav = addon.folder + "/NavData/";
+            const QMap<QString, QByteArray> files = archiveFiles(addon.dataset);
+            for (auto it = files.cbegin(); it != files.cend(); ++it)
+                expected.insert(nav + it.key(), sha1(it.value()));
+            if (backups) {
+                expected.insert(nav + "QMK_" + addon.dataset + "_back/a.dat",
+                                sha1("old a of " + addon.folder.toUtf8()));
+                expected.insert(nav + "QMK_" + addon.dataset + "_back/cycle_info.txt", sha1(kCycle1801));
+            }
+        }
+        return expected;
+    }
+    ~Program()
+    {
+        window.reset();
+        Application::mainWnd = nullptr;
+    }
+};
+
+// The lines a log gained since the mark was taken.
+class LogMark
+{
+public:
+    explicit LogMark(const Program& program) : m_program(program)
+    {
+        for (const QString& name : QDir(program.app.filePath("log")).entryList(QDir::Files))
+            m_sizes.insert(name, program.log(name).size());
+    }
+    QByteArray since(const QString& name) const { return m_program.log(name).mid(m_sizes.value(name)); }
+
+private:
+    const Program& m_program;
+    QMap<QString, int> m_sizes;
+};
 
 // curl's status code for a POST, as an administrator checks the server.
 int curlStatus(const QStringList& arguments, QByteArray* body = nullptr)
@@ -36,14 +266,77 @@ class TestJourney : public QObject
     Q_OBJECT
 
     NginxServer m_server;
+    std::unique_ptr<Program> m_run;
+
+    // The release as the download server holds it: the new program and its updater.
+    bool serveRelease()
+    {
+        QTemporaryDir work;
+        writeFile(work.filePath("VL_QUILLMARK_V124_MAC/VL_QUILLMARK_V124.app/Quillmark"), "new program");
+        writeFile(work.filePath("VL_QUILLMARK_V124_MAC/qmk_au.app/qmk_au"), "updater");
+        writeFile(m_server.root() + "/downloads/quillmark/mac_version.txt", "124\n");
+        return zipFolder(work.path(), m_server.root() + kReleaseArchive, QString()).isEmpty();
+    }
+    bool serveCycle()
+    {
+        writeFile(m_server.root() + "/quillmark/versionList.txt", kVersionList);
+        for (const QString& dataset : kDatasets) {
+            QTemporaryDir work;
+            const QMap<QString, QByteArray> files = archiveFiles(dataset);
+            for (auto it = files.cbegin(); it != files.cend(); ++it)
+                writeFile(work.path() + "/NavData/" + it.key(), it.value());
+            QDir().mkpath(m_server.root() + "/quillmark/1802");
+            if (!zipFolder(work.path(), m_server.root() + "/quillmark/1802/" + dataset + ".zip").isEmpty())
+                return false;
+        }
+        return true;
+    }
+    // A pass of the program's start-up loop; one that does not end by itself within a minute is
+    // ended with 99, so a failing step cannot hang the run.
+    static int runPass(const Application::RunHooks& hooks, int pass)
+    {
+        QTimer guard;
+        guard.setSingleShot(true);
+        connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(99); });
+        guard.start(60000);
+        return Application::runPass(hooks, pass);
+    }
+    QByteArray served(const QString& path) const { return readFile(m_server.root() + path); }
+    void verifyTree(const QMap<QString, QByteArray>& expected)
+    {
+        QCOMPARE(m_run->runMarksOutsideBackups(), QStringList());
+        const QString difference = treeDifference(expected, m_run->tree());
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    }
+    void verifyCards(const QStringList& on1802)
+    {
+        for (const Addon& addon : kAddons) {
+            VlProdLabel* card = m_run->card(addon.name);
+            QVERIFY(card);
+            const QString expected =
+                on1802.contains(addon.name) ? "- installed ( V. 1802 R. 1 )" : "- installed ( V. 1801 R. 1 )";
+            QVERIFY2(card->GetCycleText().startsWith(expected), qPrintable(addon.name + ": " + card->GetCycleText()));
+        }
+    }
 
 private slots:
     void initTestCase()
     {
         Application::registerResources();
+        Application::loadTranslations(QStringLiteral(":/lang"));
+        Application::setLanguage(QStringLiteral("en_US"));
+        Application::st_strVersion = QStringLiteral("1.2.3");
         QVERIFY2(!NginxServer::binary().isEmpty(), "nginx is not installed; tools/test.sh installs nginx-light");
-        writeFile(m_server.root() + "/quillmark/versionList.txt", kVersionList);
+        QVERIFY(serveCycle());
+        QVERIFY(serveRelease());
         QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
+        m_run.reset(new Program);
+    }
+
+    void cleanupTestCase()
+    {
+        m_run.reset();
+        m_server.stop();
     }
 
     // The README's block as an administrator checks it: POST answered with the file on both ports,
@@ -110,6 +403,331 @@ private slots:
         QCOMPARE(errors.isEmpty(), trusted);
         if (trusted)
             QCOMPARE(finished.first().at(3).toByteArray(), kVersionList);
+    }
+
+    // 1. The program starts with both checks on: the self-update dialog offers 1.2.4 and is closed,
+    // then the update dialog opens by itself with the new cycle. Nothing is touched yet.
+    void startUpChecks()
+    {
+        QVERIFY(m_run->prepare(m_server.hostAndPort(), true));
+        const int accessBefore = m_server.accessLog().size();
+        DialogDriver driver;
+        QString offered, cycleText;
+        int cycleState = -1;
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateQMKVersion*>(d);
+            QVERIFY(dialog);
+            offered = dialog->GetMessageLabel()->text();
+            click(dialog->GetOkButton());
+        });
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
+            QVERIFY(dialog);
+            cycleState = dialog->GetState();
+            cycleText = dialog->GetMessageLabel()->text();
+            click(dialog->GetCancelButton());
+        });
+        m_run->open();
+        QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 2, 30000);
+        QCOMPARE(driver.titles(), (QStringList{"Quillmark Update", "Product-Dataset Update"}));
+        QCOMPARE(offered, QString("Version 1.2.4 ready for download."));
+        QCOMPARE(cycleState, int(dlgUpdateDatasetVersion::StateNewVersion));
+        QCOMPARE(cycleText, QString("1802 ready for download."));
+        verifyTree(m_run->before);
+        verifyCards({});
+        QCOMPARE(m_run->boxes.count(), 0);
+        // Both checks asked nginx, in this order, and were answered.
+        const QByteArray access = m_server.accessLog().mid(accessBefore);
+        const int app = access.indexOf("\"POST /downloads/quillmark/mac_version.txt HTTP/1.1\" 200");
+        const int cycle = access.indexOf("\"POST /quillmark/versionList.txt HTTP/1.1\" 200");
+        QVERIFY2(app >= 0 && cycle > app, access.constData());
+        QVERIFY(m_run->log("log_qmkupdate.txt").contains("New version 1.2.4"));
+        QVERIFY(m_run->log("log_dsupdate.txt").contains("# New   Cycle-Version: 1802 Revision: 1"));
+        const QByteArray model = m_run->log("log_datamodel.txt");
+        QVERIFY(model.indexOf("Show dlgUpdateQMKVersion") >= 0);
+        QVERIFY(model.indexOf("Show dlgUpdateDatasetVersion") > model.indexOf("Show dlgUpdateQMKVersion"));
+    }
+
+    // 2. The selected products are updated through the dialog: two datasets, Charlie and Delta
+    // share one folder and are served by one install.
+    void updateSelected()
+    {
+        QVERIFY(m_run->window);
+        const LogMark mark(*m_run);
+        DialogDriver driver;
+        QString downloaded, installed, result;
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
+            QVERIFY(dialog);
+            if (!dialog->GetOverwriteAccept()->isChecked())
+                tick(dialog->GetOverwriteAccept());
+            click(dialog->GetDownloadButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateDownloaded), 30000);
+            downloaded = dialog->GetMessageLabel()->text();
+            click(dialog->GetInstallButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateInstalled), 30000);
+            installed = dialog->GetMessageLabel()->text();
+            click(dialog->GetResultPane()->GetShowButton());
+            result = dialog->GetResultPane()->GetPane()->text();
+            click(dialog->GetOkButton());
+        });
+        // The button looks for the newest cycle first; the dialog follows the answer.
+        click(m_run->window->GetActionButtons().at(0));
+        QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 1, 30000);
+        QCOMPARE(downloaded, QString("Update 1802 downloaded."));
+        QCOMPARE(installed, QString("Install ready."));
+        for (const QString name : {"Charlie GNS", "Delta GNS"})
+            QVERIFY2(result.contains("Install success " + name), qPrintable(result));
+
+        verifyTree(m_run->installed({"Alpha", "Bravo", "Shared"}, true));
+        verifyCards({"Alpha FMS", "Bravo FMS", "Charlie GNS", "Delta GNS"});
+        // The cycle is kept locally as the server had it.
+        for (const QString& dataset : kDatasets)
+            QCOMPARE(readFile(m_run->cycleFolder() + "/" + dataset + ".zip"),
+                     served("/quillmark/1802/" + dataset + ".zip"));
+        QCOMPARE(readFile(m_run->cycleFolder() + "/versionList.txt"), kVersionList);
+        QCOMPARE(m_run->boxes.count(), 0);
+        const QByteArray copy = mark.since("log_fcopy.txt");
+        QVERIFY2(copy.contains("NavData"), copy.constData());
+        QVERIFY(mark.since("Download_log.txt").contains("XP10NAV.zip"));
+        QVERIFY(mark.since("log_dsupdate.txt").contains("XP11NAV"));
+    }
+
+    // 3. The whole local cycle saved as one archive from the settings, the cycle folder emptied,
+    // the archive loaded back: the same bytes.
+    void wholeCycleArchive()
+    {
+        QVERIFY(m_run->window);
+        const QMap<QString, QByteArray> tree = m_run->tree();
+        const QMap<QString, QByteArray> cycle = checksums(m_run->cycleFolder());
+        QVERIFY(cycle.contains("XP10NAV.zip"));
+        const QString archive = m_run->work.path() + "/Quillmark_1802_1.zip";
+        QStringList proposed;
+        const auto previousHook =
+            wdgBackupLocal::setFileDialogHook([&](QWidget*, const wdgBackupLocal::FileRequest& request) {
+                proposed << request.proposedName;
+                return archive;
+            });
+        DialogDriver driver;
+        QStringList statuses;
+        QMap<QString, QByteArray> emptied;
+        driver.then([&](QDialog* d) {
+            auto* settings = qobject_cast<DlgVLSettings*>(d);
+            QVERIFY(settings);
+            wdgBackupLocal* panel = settings->GetBackupPanel();
+            const QList<QPushButton*> buttons = panel->findChildren<QPushButton*>();
+            QCOMPARE(buttons.size(), 2);
+            click(buttons.at(0));
+            QTRY_VERIFY_WITH_TIMEOUT(!panel->IsBusy(), 30000);
+            statuses << panel->GetStatusText();
+            // The user clears the program's cycle folder, then loads the archive back.
+            for (const QFileInfo& entry :
+                 QDir(m_run->cycleFolder()).entryInfoList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot))
+                entry.isDir() ? QDir(entry.filePath()).removeRecursively() : QFile::remove(entry.filePath());
+            emptied = checksums(m_run->cycleFolder());
+            click(buttons.at(1));
+            QTRY_VERIFY_WITH_TIMEOUT(!panel->IsBusy(), 30000);
+            statuses << panel->GetStatusText();
+            click(settings->GetOkButton());
+        });
+        click(m_run->window->GetActionButtons().at(3));
+        wdgBackupLocal::setFileDialogHook(previousHook);
+
+        QCOMPARE(driver.titles(), QStringList{"Settings"});
+        QCOMPARE(proposed, (QStringList{"Quillmark_1802_1.zip", QString()}));
+        QCOMPARE(statuses, (QStringList{"Create backup successful", "Load backup successful"}));
+        QVERIFY(emptied.isEmpty());
+        QCOMPARE(checksums(m_run->cycleFolder()), cycle);
+        QProcess unzip;
+        unzip.start("unzip", {"-Z1", archive});
+        QVERIFY(unzip.waitForFinished(20000));
+        QVERIFY(unzip.readAllStandardOutput().contains("QuillmarkCycle/XP10NAV.zip"));
+        verifyTree(tree);
+        QCOMPARE(QDir::currentPath(), QDir(Application::st_strAppPath).absolutePath());
+        const QByteArray log = m_run->log("log_dsupdate.txt");
+        QVERIFY(log.contains("zip -r \"" + archive.toUtf8() + "\" \"QuillmarkCycle\""));
+        QVERIFY(log.contains("unzip -o \"" + archive.toUtf8() + "\""));
+    }
+
+    // 4. One product reset from its card; the backups of the others removed from the action button.
+    void resetAndRemoval()
+    {
+        QVERIFY(m_run->window);
+        const LogMark mark(*m_run);
+        DialogDriver driver;
+        QStringList panes, messages, results;
+        const auto run = [&](int readyState) {
+            return [&, readyState](QDialog* d) {
+                auto* dialog = qobject_cast<DlgBackupRun*>(d);
+                QVERIFY(dialog);
+                click(dialog->GetProductsPane()->GetShowButton());
+                panes << dialog->GetProductsPane()->GetPane()->text();
+                click(dialog->GetActionButton());
+                QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), readyState, 30000);
+                messages << dialog->GetMessageLabel()->text();
+                click(dialog->GetResultPane()->GetShowButton());
+                results << dialog->GetResultPane()->GetPane()->text();
+                click(dialog->GetOkButton());
+            };
+        };
+        driver.then(run(13));
+        VlProdLabel* alpha = m_run->card("Alpha FMS");
+        click(alpha->GetShowCommandsButton());
+        click(alpha->GetResetButton());
+        QCOMPARE(driver.count(), 1);
+        // A reset gives the files back as they were; what the cycle added and nothing replaced stays.
+        QMap<QString, QByteArray> expected = m_run->installed({"Bravo", "Shared"}, true);
+        for (const QString added : {"Alpha/NavData/Added/b.dat"})
+            expected.insert(added, sha1("new b of XP11NAV"));
+        verifyTree(expected);
+        verifyCards({"Bravo FMS", "Charlie GNS", "Delta GNS"});
+
+        driver.then(run(17));
+        click(m_run->window->GetActionButtons().at(2));
+        QCOMPARE(driver.titles(), (QStringList{"Product-Dataset Reset", "Product-Dataset RemoveBackup"}));
+        QCOMPARE(panes.at(0), QString("  Alpha FMS\r\n"));
+        // Delta came into the selection with its install group.
+        QCOMPARE(panes.at(1), QString("  Alpha FMS\r\n  Bravo FMS\r\n  Charlie GNS\r\n  Delta GNS\r\n"));
+        QCOMPARE(messages.at(0), QString("Reset ready."));
+        expected = m_run->installed({"Bravo", "Shared"}, false);
+        expected.insert("Alpha/NavData/Added/b.dat", sha1("new b of XP11NAV"));
+        verifyTree(expected);
+        verifyCards({"Bravo FMS", "Charlie GNS", "Delta GNS"});
+        QVERIFY(mark.since("log_freset.txt").contains("Alpha"));
+        QVERIFY(!mark.since("log_fremovebackup.txt").isEmpty());
+        // Alpha, reset just now, has no backup left to remove, and says so.
+        QCOMPARE(messages.at(1), QString("RemoveBackup ready. Error (1) "));
+        QCOMPARE(results.at(0), QString(" + Reset success Alpha FMS ( V. 1801 R. 1 )\r\n"));
+        QCOMPARE(results.at(1), QString("Error: not found backup for Alpha FMS\r\n"
+                                        " + Remove backup success Bravo FMS\r\n"
+                                        " + Remove backup success Charlie GNS\r\n"
+                                        " + Remove backup success Delta GNS\r\n"));
+    }
+
+    // 5. German chosen in the settings: the dialog and the window change at once. Restoring the
+    // defaults then ends the event loop with the restart code, and the next pass of the start-up
+    // loop, in this process, starts in English with default settings and the add-ons as they were.
+    void germanThenDefaults()
+    {
+        QVERIFY(m_run->window);
+        const QMap<QString, QByteArray> tree = m_run->tree();
+        const LogMark mark(*m_run);
+        QuillmarkMainWindow* window = m_run->window.data();
+        DialogDriver driver;
+        QStringList german;
+        driver.then([&](QDialog* d) {
+            auto* settings = qobject_cast<DlgVLSettings*>(d);
+            QVERIFY(settings);
+            VlBigComboBox* combo = settings->GetLanguageCombo();
+            combo->setFocus();
+            // The keyboard walks the list as a user would, until German is chosen.
+            for (int i = 0; i < combo->count() && combo->currentData().toString() != "de_DE"; ++i)
+                QTest::keyClick(combo, combo->findData("de_DE") > combo->currentIndex() ? Qt::Key_Down : Qt::Key_Up);
+            QTRY_COMPARE(settings->GetTitleLabel()->text(), QString("Einstellungen"));
+            german << settings->GetRestoreButton()->text() << caption(window->GetActionButtons().at(3));
+            click(settings->GetOkButton());
+        });
+        click(window->GetActionButtons().at(3));
+        QCOMPARE(german, (QStringList{"Quillmark-Standardeinstellungen wiederherstellen", "Einstellungen"}));
+        QCOMPARE(caption(window->GetActionButtons().at(4)), QString("Hilfe"));
+
+        driver.then([&](QDialog* d) {
+            auto* settings = qobject_cast<DlgVLSettings*>(d);
+            QVERIFY(settings);
+            click(settings->GetRestoreButton());
+        });
+        QTimer::singleShot(0, [&] { click(window->GetActionButtons().at(3)); });
+        QCOMPARE(QCoreApplication::exec(), Application::RestartExitCode);
+        QVERIFY(!QFileInfo::exists(m_run->app.filePath("bin/prop_ini.xml")));
+        // The pass ends as the loop ends it: the window goes.
+        m_run->window.reset();
+        Application::mainWnd = nullptr;
+
+        QString language;
+        QStringList captions;
+        bool autoChecks = false;
+        driver.then([&](QDialog* d) {
+            // Defaults check for a new program at start again.
+            auto* dialog = qobject_cast<dlgUpdateQMKVersion*>(d);
+            QVERIFY(dialog);
+            click(dialog->GetOkButton());
+        });
+        Application::RunHooks hooks;
+        hooks.makeWindow = [] { return new QuillmarkMainWindow; };
+        hooks.afterShow = [&](int) {
+            QTimer::singleShot(0, [&] {
+                auto* next = static_cast<QuillmarkMainWindow*>(Application::mainWnd);
+                language = Application::GetLanguage();
+                for (QWidget* button : next->GetActionButtons())
+                    captions << caption(button);
+                autoChecks = next->GetDataModel()->GetDSAutoUpdate() && next->GetDataModel()->GetQuillmarkAutoUpdate();
+                if (!QTest::qWaitFor([&] { return driver.count() == 3; }, 30000))
+                    qWarning("the start-up check did not open its dialog");
+                next->close();
+            });
+        };
+        QCOMPARE(runPass(hooks, 1), 0);
+        QCOMPARE(language, QString("en_US"));
+        QCOMPARE(captions.at(3), QString("Settings"));
+        QVERIFY(autoChecks);
+        QCOMPARE(driver.titles().mid(2), QStringList{"Quillmark Update"});
+        verifyTree(tree);
+        QVERIFY(mark.since("log_qmkupdate.txt").contains("New version 1.2.4"));
+    }
+
+    // 6. The self-update run by hand from the settings of a new pass: downloaded, unpacked, handed
+    // to the installer (a fake opener on PATH), and the program ends.
+    void selfUpdateByHand()
+    {
+        const QMap<QString, QByteArray> tree = m_run->tree();
+        const LogMark mark(*m_run);
+        DialogDriver driver;
+        QString downloadedText;
+        driver.then([&](QDialog* d) {
+            // The start-up check offers it first; the user declines and goes to the settings.
+            QVERIFY(qobject_cast<dlgUpdateQMKVersion*>(d));
+            click(static_cast<dlgUpdateQMKVersion*>(d)->GetOkButton());
+        });
+        driver.then([&](QDialog* d) {
+            auto* settings = qobject_cast<DlgVLSettings*>(d);
+            QVERIFY(settings);
+            click(settings->GetQuillmarkRunButton());
+            // The settings stay open under the self-update dialog until the program ends.
+            QVERIFY(QTest::qWaitFor([&] { return driver.count() == 3 || !settings->isVisible(); }, 30000));
+        });
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateQMKVersion*>(d);
+            QVERIFY(dialog);
+            click(dialog->GetDownloadButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateQMKVersion::StateDownloaded), 30000);
+            downloadedText = dialog->GetMessageLabel()->text();
+            click(dialog->GetInstallButton());
+            // Unpacked, handed over, and the program closes its windows.
+            QTRY_VERIFY_WITH_TIMEOUT(!dialog->isVisible(), 30000);
+        });
+        Application::RunHooks hooks;
+        hooks.makeWindow = [] { return new QuillmarkMainWindow; };
+        hooks.afterShow = [&](int) {
+            QTimer::singleShot(0, [&] {
+                if (QTest::qWaitFor([&] { return driver.count() == 1; }, 30000))
+                    click(static_cast<QuillmarkMainWindow*>(Application::mainWnd)->GetActionButtons().at(3));
+            });
+        };
+        const int exitCode = runPass(hooks, 2);
+        for (const MessageBoxSpy::Box& box : m_run->boxes.boxes())
+            qWarning("box %s: %s", qPrintable(box.title), qPrintable(box.text));
+        QCOMPARE(exitCode, 0);
+
+        QCOMPARE(driver.titles(), (QStringList{"Quillmark Update", "Settings", "Quillmark Update"}));
+        QCOMPARE(downloadedText, QString("Version 1.2.4 downloaded."));
+        const QString downloads = m_run->app.filePath("downloads");
+        QTRY_COMPARE(m_run->opened(), QStringList{downloads + "/qmk_au.app"});
+        QCOMPARE(m_run->app.readFile("downloads/VL_QUILLMARK_V124.app/Quillmark"), QByteArray("new program"));
+        QCOMPARE(m_run->app.readFile("downloads/qmk_au.app/qmk_au"), QByteArray("updater"));
+        verifyTree(tree);
+        QCOMPARE(m_run->boxes.count(), 0);
+        const QByteArray log = mark.since("log_qmkupdate.txt");
+        QVERIFY2(log.contains("VL_QUILLMARK_V124_MAC.zip"), log.constData());
     }
 };
 

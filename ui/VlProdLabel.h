@@ -50,6 +50,9 @@ public:
     QString GetCycleText() const;
     int GetShownStateIcon() const; // install state whose icon is visible, 0 for none
     QString GetStateToolTip() const;
+    // The card's own command buttons, shown with the commands toggle.
+    QPushButton* GetShowCommandsButton() const { return m_pShowCommands; }
+    SystemButton* GetResetButton() const { return m_pResetButton; }
 
 public slots:
     void ChangeInstallStateSlot(EQMKProductInstallState state);
