@@ -729,6 +729,118 @@ private slots:
         const QByteArray log = mark.since("log_qmkupdate.txt");
         QVERIFY2(log.contains("VL_QUILLMARK_V124_MAC.zip"), log.constData());
     }
+
+    // The update step again in a fresh program folder, with the server failing it. Each ends with
+    // the dialog's message, and the add-ons are as they were.
+    void faults_data()
+    {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("error");
+        // The first archive is in; the second is cut off and its repeat finds no server.
+        QTest::newRow("nginx stopped mid-download")
+            << "stop" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true;
+        QTest::newRow("404 for one archive")
+            << "404" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true;
+        QTest::newRow("wrong credentials") << "credentials" << int(dlgUpdateDatasetVersion::StateNoList)
+                                           << "Failed to connect to Velmora-Server." << true;
+    }
+
+    void faults()
+    {
+        QFETCH(QString, fault);
+        QFETCH(int, state);
+        QFETCH(QString, message);
+        QFETCH(bool, error);
+
+        Program program;
+        QVERIFY(program.prepare(m_server.hostAndPort(), false));
+        const QString hidden = m_server.root() + "/quillmark/1802/XP10NAV.zip";
+        // Whatever happens, the next row finds the server as it was.
+        struct Restore
+        {
+            NginxServer& server;
+            QString hidden;
+            ~Restore()
+            {
+                QFile::rename(hidden + ".away", hidden);
+                server.setCredentials("webclient", "Q7x2Lm9p");
+                server.stop();
+                server.setRateLimit(0);
+                server.start();
+            }
+        } restore{m_server, hidden};
+        if (fault == "stop") {
+            // Slow enough to be cut off half-way.
+            m_server.stop();
+            m_server.setRateLimit(256 * 1024);
+            QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
+        } else if (fault == "404") {
+            QVERIFY(QFile::rename(hidden, hidden + ".away"));
+        } else {
+            QVERIFY(m_server.setCredentials("webclient", "changed by the administrator"));
+        }
+        const int accessBefore = m_server.accessLog().size();
+        program.open();
+
+        DialogDriver driver;
+        int reached = -1;
+        QString text, installText, installResult;
+        bool shownError = false;
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
+            QVERIFY(dialog);
+            if (dialog->GetState() == dlgUpdateDatasetVersion::StateNewVersion) {
+                if (!dialog->GetOverwriteAccept()->isChecked())
+                    tick(dialog->GetOverwriteAccept());
+                click(dialog->GetDownloadButton());
+                if (fault == "stop") {
+                    const QString partial = program.cycleFolder() + "/XP10NAV.zip";
+                    QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(partial).size() > 0, 30000);
+                    m_server.stop();
+                }
+                QTRY_VERIFY_WITH_TIMEOUT(dialog->GetState() != dlgUpdateDatasetVersion::StateDownloading, 30000);
+            }
+            reached = dialog->GetState();
+            text = dialog->GetMessageLabel()->text();
+            shownError = dialog->GetMessageLabel()->IsError();
+            // What did arrive can still be installed; the products of the missing archive wait.
+            if (reached == dlgUpdateDatasetVersion::StateDownloaded) {
+                click(dialog->GetInstallButton());
+                QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateInstalled), 30000);
+                installText = dialog->GetMessageLabel()->text();
+                click(dialog->GetResultPane()->GetShowButton());
+                installResult = dialog->GetResultPane()->GetPane()->text();
+            }
+            click(dialog->GetOkButton());
+        });
+        click(program.window->GetActionButtons().at(0));
+        QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 1, 30000);
+        QCOMPARE(reached, state);
+        QCOMPARE(text, message);
+        QCOMPARE(shownError, error);
+        QCOMPARE(program.boxes.count(), 0);
+        if (fault == "credentials")
+            QVERIFY(
+                m_server.accessLog().mid(accessBefore).contains("\"POST /quillmark/versionList.txt HTTP/1.1\" 401"));
+        if (fault != "credentials") {
+            QCOMPARE(installText, QString("Install ready. Error (4) "));
+            QCOMPARE(installResult,
+                     QString(" + Install success Alpha FMS\r\n + Install success Bravo FMS\r\n"
+                             "Error: File XP10NAV.zip not found\r\nError: Install failed Charlie GNS\r\n"
+                             "Error: File XP10NAV.zip not found\r\nError: Install failed Delta GNS\r\n"));
+        }
+        // Nothing of the user's is lost, and no half archive is kept.
+        const QString difference = treeDifference(
+            fault == "credentials" ? program.before : program.installed({"Alpha", "Bravo"}, true), program.tree());
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+        if (fault != "credentials") {
+            QCOMPARE(readFile(program.cycleFolder() + "/XP11NAV.zip"), served("/quillmark/1802/XP11NAV.zip"));
+            QVERIFY(!QFileInfo::exists(program.cycleFolder() + "/XP10NAV.zip"));
+            QVERIFY(program.log("Download_log.txt").contains("XP10NAV.zip"));
+        }
+    }
 };
 
 QTEST_MAIN(TestJourney)
