@@ -1,10 +1,15 @@
 // Builds the main window offscreen on a program folder and saves it, and each of its dialogs, in
 // English and German: mainwindow_en.png, settings_en.png, help_en.png, the self-update dialog
-// (selfupdate_ready_en.png, selfupdate_downloaded_en.png, selfupdate_noserver_en.png), then the same
-// with _de. The update dialog is taken in its main states from a real update against a loopback
-// server: update_ready, update_downloading, update_downloaded, update_installed and update_failed;
-// after it the reset and backup-removal dialogs idle and ready: reset_idle, reset_ready,
-// removebackup_idle and removebackup_ready.
+// (selfupdate_ready_en.png, selfupdate_downloaded_en.png, selfupdate_uptodate_en.png,
+// selfupdate_noserver_en.png), then the same with _de. The update dialog is taken in its main
+// states from a real update against a loopback server: update_ready, update_downloading,
+// update_downloaded, update_installed, then the main window with the new cycle
+// (mainwindow_updated), a second search that finds nothing newer (update_uptodate), the same with
+// the cycle held on disk chosen and its details open (update_local), and a search that cannot
+// reach the server (update_failed); the settings dialog while its backup panel writes the
+// cycle archive and after writing and loading it (settings_backup_running, settings_backup_created,
+// settings_backup_loaded); then the reset and backup-removal dialogs idle and ready: reset_idle,
+// reset_ready, removebackup_idle and removebackup_ready.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
@@ -21,7 +26,9 @@
 #include "support/SampleCatalogue.h"
 #include "support/TestServer.h"
 #include "ui/DlgBackupRun.h"
+#include "ui/DlgVLSettings.h"
 #include "ui/QuillmarkMainWindow.h"
+#include "ui/VlBigComboBox.h"
 #include "ui/VlCheckBox.h"
 #include "ui/VlFoldPane.h"
 #include "ui/VlProdLabel.h"
@@ -29,6 +36,7 @@
 #include "ui/VlPushButton.h"
 #include "ui/dlgUpdateDatasetVersion.h"
 #include "ui/dlgUpdateQMKVersion.h"
+#include "ui/wdgBackupLocal.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -38,6 +46,7 @@
 #include <QLayout>
 #include <QPixmap>
 #include <QProgressBar>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QSize>
 #include <QStyleFactory>
@@ -71,6 +80,19 @@ bool save(QWidget& widget, const QString& path)
     std::printf("%s\n", qPrintable(path));
     return true;
 }
+
+// The window re-flows its captions only once it is resized, as after a filter change.
+bool saveWindow(QWidget& window, const QSize& size, const QString& path)
+{
+    window.resize(size);
+    settle(window);
+    window.resize(size.width() + 1, size.height());
+    settle(window);
+    window.resize(size);
+    return save(window, path);
+}
+
+const QSize kWindowSize(1000, 840);
 
 // Runs the event loop until the engine sends `signal` (or 20 s have passed).
 template <typename Signal> void waitFor(CQMKVersion* engine, Signal signal)
@@ -109,6 +131,17 @@ bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QS
         ok = save(dialog, output + QStringLiteral("/selfupdate_downloaded") + suffix) && ok;
         dialog.done(QDialog::Rejected);
     }
+    // The version that runs (1.2.3) is the newest on the server.
+    server.addContent(QStringLiteral("/downloads/quillmark/mac_version.txt"), QByteArrayLiteral("123"));
+    engine->SearchForNewVersion(false);
+    waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
+    {
+        dlgUpdateQMKVersion dialog(&window);
+        dialog.Init(model, title);
+        dialog.show();
+        ok = save(dialog, output + QStringLiteral("/selfupdate_uptodate") + suffix) && ok;
+        dialog.done(QDialog::Rejected);
+    }
     quint16 closedPort = 0;
     {
         TestServer gone;
@@ -131,12 +164,13 @@ bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QS
 bool takeUpdateDialog(const QString& output, const QString& suffix)
 {
     using namespace DatasetFiles;
-    QTemporaryDir root;
+    // The folders show on the cards; a plain name reads better there than the tool's own.
+    QTemporaryDir root(QDir::tempPath() + QStringLiteral("/quillmark-XXXXXX"));
     const QString appPath = root.path() + QStringLiteral("/app");
     const QString serverRoot = root.path() + QStringLiteral("/server");
     QByteArray products;
     for (const QString& name : {QStringLiteral("Bravo FMS"), QStringLiteral("Echo FMS")}) {
-        const QString folder = root.path() + QStringLiteral("/Addons/") + name;
+        const QString folder = root.path() + QStringLiteral("/X-Plane 11/Aircraft/") + name;
         writeFile(folder + QStringLiteral("/NavData/a.dat"), "old");
         writeFile(folder + QStringLiteral("/NavData/cycle_info.txt"),
                   "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
@@ -168,9 +202,11 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
     {
         QuillmarkMainWindow window;
         Application::mainWnd = &window;
+        window.setMinimumSize(0, 0);
+        window.resize(kWindowSize);
         window.show();
         const auto file = [&](const char* name) { return output + QLatin1Char('/') + QLatin1String(name) + suffix; };
-        bool updated = false, failed = false;
+        bool updated = false, upToDate = false, failed = false;
         // A step that does not come in time fails the pictures rather than taking a wrong one.
         const auto waitFor = [&](const std::function<bool()>& done, int ms) {
             const bool reached = QTest::qWaitFor(done, ms);
@@ -181,6 +217,20 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
             auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
             if (!dialog)
                 return;
+            if (dialog->GetState() == dlgUpdateDatasetVersion::StateUpToDate) {
+                ok = save(*dialog, file("update_uptodate")) && ok;
+                // The cycle just installed is held locally and can be installed again from disk.
+                VlBigComboBox* versions = dialog->GetVersionCombo();
+                ok = ok && versions->count() > 1;
+                if (versions->count() > 1) {
+                    versions->setCurrentIndex(1);
+                    dialog->GetDetailsPane()->Open();
+                    ok = save(*dialog, file("update_local")) && ok;
+                    versions->setCurrentIndex(0);
+                }
+                upToDate = true;
+                return;
+            }
             if (dialog->GetState() != dlgUpdateDatasetVersion::StateNewVersion) {
                 ok = save(*dialog, file("update_failed")) && ok;
                 failed = true;
@@ -206,10 +256,48 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
         });
         QMetaObject::invokeMethod(window.GetActionButtons().at(0), "clickedSlot");
         waitFor([&] { return updated; }, 60000);
+        ok = saveWindow(window, kWindowSize, file("mainwindow_updated")) && ok;
+        // The same server asked again has nothing newer than what was just installed.
+        window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
+        waitFor([&] { return upToDate; }, 20000);
         // With the server out of reach a search by hand ends in the connection failure.
         window.GetDataModel()->GetDSVersion()->SetServer(QStringLiteral("127.0.0.1:1"));
         window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
         waitFor([&] { return failed; }, 20000);
+
+        // The settings' backup panel writes the installed cycle into an archive and loads it back.
+        // Incompressible filler keeps zip busy long enough to be seen at work.
+        QByteArray filler(24 * 1024 * 1024, Qt::Uninitialized);
+        QRandomGenerator(1802).fillRange(reinterpret_cast<quint32*>(filler.data()), filler.size() / 4);
+        ok = writeFile(appPath + QStringLiteral("/downloads/QuillmarkCycle/filler.bin"), filler) && ok;
+        const QString archiveFolder = root.path() + QStringLiteral("/archives");
+        QDir().mkpath(archiveFolder);
+        QString archive;
+        const auto previousHook =
+            wdgBackupLocal::setFileDialogHook([&](QWidget*, const wdgBackupLocal::FileRequest& request) {
+                if (request.save)
+                    archive = archiveFolder + QLatin1Char('/') + request.proposedName;
+                return archive;
+            });
+        bool settingsTaken = false;
+        CDialogRoute::SetHandler([&](QDialog* d) {
+            auto* dialog = qobject_cast<DlgVLSettings*>(d);
+            if (!dialog)
+                return;
+            wdgBackupLocal* panel = dialog->GetBackupPanel();
+            panel->ClickedCreateBackup();
+            ok = ok && panel->IsBusy();
+            ok = save(*dialog, file("settings_backup_running")) && ok;
+            if (waitFor([&] { return !panel->IsBusy(); }, 60000))
+                ok = save(*dialog, file("settings_backup_created")) && ok;
+            panel->ClickedLoadBackup();
+            if (waitFor([&] { return !panel->IsBusy(); }, 60000))
+                ok = save(*dialog, file("settings_backup_loaded")) && ok;
+            settingsTaken = true;
+        });
+        QMetaObject::invokeMethod(window.GetActionButtons().at(3), "clickedSlot");
+        ok = ok && settingsTaken;
+        wdgBackupLocal::setFileDialogHook(previousHook);
 
         // The reset and the backup removal, each idle and then ready with its result open.
         const auto takeBackupRun = [&](int button, const char* idle, const char* ready) {
@@ -262,7 +350,7 @@ int main(int argc, char** argv)
     const QString output = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QStringLiteral("screenshots");
     QDir().mkpath(output);
 
-    QTemporaryDir sample;
+    QTemporaryDir sample(QDir::tempPath() + QStringLiteral("/quillmark-XXXXXX"));
     if (programArg == QLatin1String("-")) {
         SampleCatalogue catalogue = SampleCatalogue::Small();
         const QString sim = sample.path() + QStringLiteral("/X-Plane 11");
@@ -294,7 +382,7 @@ int main(int argc, char** argv)
     }
     const bool named = !sizes.isEmpty();
     if (!named)
-        sizes << QSize(1000, 840);
+        sizes << kWindowSize;
 
     QuillmarkMainWindow window;
     Application::mainWnd = &window;
@@ -317,16 +405,11 @@ int main(int argc, char** argv)
     for (const QSize& size : qAsConst(sizes)) {
         for (const auto& language : languages) {
             Application::setLanguage(QString::fromLatin1(language.key));
-            window.resize(size);
-            // The window re-flows its captions only once it is resized, as after a filter change.
-            settle(window);
-            window.resize(size.width() + 1, size.height());
-            settle(window);
-            window.resize(size);
             const QString sizeSuffix =
                 named ? QStringLiteral("_%1x%2").arg(size.width()).arg(size.height()) : QString();
-            ok = save(window, output + QStringLiteral("/mainwindow_") + QLatin1String(language.suffix) + sizeSuffix +
-                                  QStringLiteral(".png")) &&
+            ok = saveWindow(window, size,
+                            output + QStringLiteral("/mainwindow_") + QLatin1String(language.suffix) + sizeSuffix +
+                                QStringLiteral(".png")) &&
                  ok;
         }
     }
