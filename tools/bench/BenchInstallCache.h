@@ -29,19 +29,19 @@ inline QString quote(const QString& path)
     return QLatin1Char('\'') + q + QLatin1Char('\'');
 }
 
-// Writes `files` files of random size (1 to 30,000 bytes) in 100 folders of two levels.
-inline qint64 writeTree(const QString& root, int files, quint32 seed)
+// Writes `files` files of random size (1 to maxBytes) in 100 folders of two levels.
+inline qint64 writeTree(const QString& root, int files, quint32 seed, int maxBytes = 30000)
 {
     QRandomGenerator random(seed);
-    QByteArray block(30000, Qt::Uninitialized);
+    QByteArray block((maxBytes / 4 + 1) * 4, Qt::Uninitialized);
     qint64 total = 0;
     for (int i = 0; i < files; ++i) {
         const QString folder =
             root + QStringLiteral("/NavData/d%1/s%2").arg(i % 20, 2, 10, QLatin1Char('0')).arg(i % 5);
         if (i < 100)
             QDir().mkpath(folder);
-        const int size = int(random.bounded(1, 30001));
-        random.fillRange(reinterpret_cast<quint32*>(block.data()), size / 4 + 1 <= 7500 ? size / 4 + 1 : 7500);
+        const int size = int(random.bounded(1, maxBytes + 1));
+        random.fillRange(reinterpret_cast<quint32*>(block.data()), size / 4 + 1);
         QFile file(folder + QStringLiteral("/f%1.dat").arg(i));
         if (!file.open(QIODevice::WriteOnly) || file.write(block.constData(), size) != size)
             return -1;
@@ -50,32 +50,38 @@ inline qint64 writeTree(const QString& root, int files, quint32 seed)
     return total;
 }
 
-inline bool prepareCache(int files)
+// Makes dir/new (cycle 1802), dir/previous (cycle 1801, the same file names) and dir/DS.zip of
+// dir/new, once: a stamp naming the shape keeps them for later runs.
+inline bool prepareArchive(const QString& dir, int files, int maxBytes, quint32 seed)
 {
-    const QString stamp = kCache + QStringLiteral("/ready_%1").arg(files);
+    const QString stamp = dir + QStringLiteral("/ready_%1_%2").arg(files).arg(maxBytes);
     if (QFile::exists(stamp))
         return true;
-    std::printf("Preparing %d files in %s (once)...\n", files, qPrintable(kCache));
+    std::printf("Preparing %d files in %s (once)...\n", files, qPrintable(dir));
     std::fflush(stdout);
-    QDir(kCache).removeRecursively();
-    const qint64 fresh = writeTree(kCache + QStringLiteral("/new"), files, 1);
-    const qint64 old = writeTree(kCache + QStringLiteral("/previous"), files, 2);
+    QDir(dir).removeRecursively();
+    const qint64 fresh = writeTree(dir + QStringLiteral("/new"), files, seed, maxBytes);
+    const qint64 old = writeTree(dir + QStringLiteral("/previous"), files, seed + 1, maxBytes);
     if (fresh < 0 || old < 0)
         return false;
-    DatasetFiles::writeFile(kCache + QStringLiteral("/new/NavData/cycle_info.txt"),
+    DatasetFiles::writeFile(dir + QStringLiteral("/new/NavData/cycle_info.txt"),
                             "AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
-    DatasetFiles::writeFile(kCache + QStringLiteral("/previous/NavData/cycle_info.txt"),
+    DatasetFiles::writeFile(dir + QStringLiteral("/previous/NavData/cycle_info.txt"),
                             "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
-    const QString error = DatasetFiles::zipFolder(kCache + QStringLiteral("/new"), kCache + QStringLiteral("/DS.zip"));
+    const QString error = DatasetFiles::zipFolder(dir + QStringLiteral("/new"), dir + QStringLiteral("/DS.zip"));
     if (!error.isEmpty()) {
         std::fprintf(stderr, "%s\n", qPrintable(error));
         return false;
     }
-    std::printf("  %.1f MB of new data, archive %.1f MB\n", fresh / 1e6, QFileInfo(kCache + "/DS.zip").size() / 1e6);
+    std::printf("  %.1f MB of new data, archive %.1f MB\n", fresh / 1e6, QFileInfo(dir + "/DS.zip").size() / 1e6);
     return DatasetFiles::writeFile(stamp, "ok");
 }
 
-// A product folder holding the previous cycle: hard links to the cache, which renames leave alone.
+inline bool prepareCache(int files)
+{
+    return prepareArchive(kCache, files, 30000, 1);
+}
+
 // Puts the cached archive (as a link) and a version list offering cycle 1802 into a cycle folder.
 inline bool holdArchive(const QString& cycleDir)
 {
@@ -84,10 +90,11 @@ inline bool holdArchive(const QString& cycleDir)
            QFile::link(kCache + "/DS.zip", cycleDir + "/DS.zip");
 }
 
-inline bool previousCycleInto(const QString& productRoot)
+// A product folder holding the previous cycle: hard links to the cache, which renames leave alone.
+inline bool previousCycleInto(const QString& productRoot, const QString& cache = kCache)
 {
     QDir().mkpath(productRoot);
-    return run(QStringLiteral("cp -al ") + quote(kCache + "/previous/NavData") + QLatin1Char(' ') + quote(productRoot));
+    return run(QStringLiteral("cp -al ") + quote(cache + "/previous/NavData") + QLatin1Char(' ') + quote(productRoot));
 }
 
 } // namespace BenchInstall
