@@ -5,6 +5,7 @@
 #include "support/DatasetFiles.h"
 #include "support/DialogDriver.h"
 #include "support/MessageBoxSpy.h"
+#include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
 #include "ui/DlgRemoveBackup.h"
@@ -99,34 +100,15 @@ struct UpdateEnv
 
     bool open(const QString& server = QString())
     {
-        QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>" +
-                         (server.isEmpty() ? http->hostAndPort() : server).toUtf8() +
-                         "</Server></App><categories><name>X-Plane 11</name></categories><datasets>";
-        QStringList datasets;
-        for (const Product& p : products)
-            if (!datasets.contains(p.dataset))
-                datasets << p.dataset;
-        for (const QString& d : datasets)
-            xml += "<name>" + d.toUtf8() + "</name>";
-        xml += "</datasets><products>";
-        for (const Product& p : products)
-            xml += "<name>" + p.name.toUtf8() + "</name><dataset>" + p.dataset.toUtf8() + "</dataset><product_path>" +
-                   productRoot(p.name).toUtf8() +
-                   "</product_path><install_path>$ProductPath/NavData:/NavData</install_path>"
-                   "<cycle_info_path>$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category>"
-                   "<update>" +
-                   (p.selected ? "true" : "false") + "</update>";
-        xml += "</products></data>\n";
-        if (!app.writeFile("bin/base_ini.xml", xml))
-            return false;
-        if (!app.writeFile("bin/prop_ini.xml",
-                           QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1"
-                                   "</DSAutoUpdate><QuillmarkAutoUpdate>0</QuillmarkAutoUpdate>"
-                                   "<NavDataOverwriteAccept>%2</NavDataOverwriteAccept>"
-                                   "<CreateBackupFiles>1</CreateBackupFiles></App></data>\n")
-                               .arg(int(autoCheck))
-                               .arg(int(overwriteAccepted))
-                               .toUtf8()))
+        SampleCatalogue catalogue;
+        catalogue.server = server.isEmpty() ? http->hostAndPort() : server;
+        for (const Product& p : products) {
+            if (!catalogue.datasets.contains(p.dataset))
+                catalogue.datasets << p.dataset;
+            catalogue.products << SampleCatalogue::NavDataProduct(p.name, p.dataset, productRoot(p.name), p.selected);
+        }
+        if (!app.writeFile("bin/base_ini.xml", catalogue.CatalogueXml()) ||
+            !app.writeFile("bin/prop_ini.xml", SampleCatalogue::SettingsXml(autoCheck, false, overwriteAccepted)))
             return false;
         before = checksums(work.path());
         window.reset(new QuillmarkMainWindow);

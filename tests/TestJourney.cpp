@@ -7,6 +7,7 @@
 #include "support/DialogDriver.h"
 #include "support/MessageBoxSpy.h"
 #include "support/NginxServer.h"
+#include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "ui/CvlActionBtn.h"
 #include "ui/DlgBackupRun.h"
@@ -161,27 +162,16 @@ struct Program
             writeFile(nav + "/cycle_info.txt", kCycle1801);
         }
         before = tree();
-        QByteArray xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>" + server.toUtf8() +
-                         "</Server></App><categories><name>X-Plane 11</name></categories><datasets>";
-        for (const QString& dataset : kDatasets)
-            xml += "<name>" + dataset.toUtf8() + "</name>";
-        xml += "</datasets><products>";
+        SampleCatalogue catalogue;
+        catalogue.server = server;
+        catalogue.quietDefaults = false;
+        catalogue.datasets = kDatasets;
         for (const Addon& addon : kAddons)
-            xml += "<name>" + addon.name.toUtf8() + "</name><dataset>" + addon.dataset.toUtf8() +
-                   "</dataset><product_path>" + (addons() + "/" + addon.folder).toUtf8() +
-                   "</product_path><install_path>$ProductPath/NavData:/NavData</install_path>"
-                   "<cycle_info_path>$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category>"
-                   "<update>" +
-                   (addon.selected ? "true" : "false") + "</update>";
-        xml += "</products></data>\n";
+            catalogue.products << SampleCatalogue::NavDataProduct(addon.name, addon.dataset,
+                                                                  addons() + "/" + addon.folder, addon.selected);
         const QString opened = tools.path() + "/opened.txt";
-        return app.writeFile("bin/base_ini.xml", xml) &&
-               app.writeFile("bin/prop_ini.xml",
-                             QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1"
-                                     "</DSAutoUpdate><QuillmarkAutoUpdate>%1</QuillmarkAutoUpdate>"
-                                     "<CreateBackupFiles>1</CreateBackupFiles></App></data>\n")
-                                 .arg(int(autoChecks))
-                                 .toUtf8()) &&
+        return app.writeFile("bin/base_ini.xml", catalogue.CatalogueXml()) &&
+               app.writeFile("bin/prop_ini.xml", SampleCatalogue::SettingsXml(autoChecks, autoChecks)) &&
                tools.addScript("xdg-open", "echo \"$@\" >> '" + opened.toUtf8() + "'");
     }
     void open()

@@ -56,8 +56,12 @@ QByteArray SampleCatalogue::CatalogueXml() const
     xml.writeStartDocument();
     xml.writeStartElement(QStringLiteral("data"));
     xml.writeStartElement(QStringLiteral("App"));
-    xml.writeTextElement(QStringLiteral("DSAutoUpdate"), QStringLiteral("0"));
-    xml.writeTextElement(QStringLiteral("QuillmarkAutoUpdate"), QStringLiteral("0"));
+    if (quietDefaults) {
+        xml.writeTextElement(QStringLiteral("DSAutoUpdate"), QStringLiteral("0"));
+        xml.writeTextElement(QStringLiteral("QuillmarkAutoUpdate"), QStringLiteral("0"));
+    }
+    if (!server.isEmpty())
+        xml.writeTextElement(QStringLiteral("Server"), server);
     xml.writeEndElement();
     xml.writeStartElement(QStringLiteral("categories"));
     for (const QString& category : categories) {
@@ -75,8 +79,8 @@ QByteArray SampleCatalogue::CatalogueXml() const
         xml.writeTextElement(QStringLiteral("name"), p.name);
         xml.writeTextElement(QStringLiteral("dataset"), p.dataset);
         xml.writeTextElement(QStringLiteral("product_path"), p.path);
-        xml.writeTextElement(QStringLiteral("install_path"), QStringLiteral("$ProductPath"));
-        xml.writeTextElement(QStringLiteral("cycle_info_path"), p.path);
+        xml.writeTextElement(QStringLiteral("install_path"), p.installPath);
+        xml.writeTextElement(QStringLiteral("cycle_info_path"), p.cyclePath.isEmpty() ? p.path : p.cyclePath);
         xml.writeTextElement(QStringLiteral("category"), p.category);
         xml.writeTextElement(QStringLiteral("update"), p.update ? QStringLiteral("true") : QStringLiteral("false"));
     }
@@ -90,6 +94,27 @@ QByteArray SampleCatalogue::QuietSettingsXml()
 {
     return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>\n<App><DSAutoUpdate>0</DSAutoUpdate>"
                              "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate></App>\n</data>\n");
+}
+
+SampleCatalogue::Product SampleCatalogue::NavDataProduct(const QString& name, const QString& dataset,
+                                                         const QString& folder, bool update, const QString& category)
+{
+    Product p{name, dataset, folder, category, update};
+    p.installPath = QStringLiteral("$ProductPath/NavData:/NavData");
+    p.cyclePath = QStringLiteral("$ProductPath/NavData");
+    return p;
+}
+
+QByteArray SampleCatalogue::SettingsXml(bool datasetsAuto, bool appAuto, bool overwriteAccept, bool createBackups)
+{
+    return QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1</DSAutoUpdate>"
+                          "<QuillmarkAutoUpdate>%2</QuillmarkAutoUpdate><NavDataOverwriteAccept>%3"
+                          "</NavDataOverwriteAccept><CreateBackupFiles>%4</CreateBackupFiles></App></data>\n")
+        .arg(int(datasetsAuto))
+        .arg(int(appAuto))
+        .arg(int(overwriteAccept))
+        .arg(int(createBackups))
+        .toUtf8();
 }
 
 bool SampleCatalogue::WriteTo(const QString& appPath) const

@@ -19,6 +19,7 @@
 #include "model/CDialogRoute.h"
 #include "model/CProduct.h"
 #include "support/NginxServer.h"
+#include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlCheckBox.h"
@@ -113,24 +114,15 @@ bool programRun(const NginxServer& server, const TempAppDir& app, const QTempora
 {
     if (!previousCycles(work.path()))
         return false;
-    QByteArray catalogue = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>" +
-                           server.hostAndPort().toUtf8() +
-                           "</Server></App><categories><name>X-Plane 11</name></categories><datasets>";
-    for (const QString& dataset : kDatasets)
-        catalogue += "<name>" + dataset.toUtf8() + "</name>";
-    catalogue += "</datasets><products>";
+    SampleCatalogue catalogue;
+    catalogue.server = server.hostAndPort();
+    catalogue.datasets = kDatasets;
     for (const QString& dataset : kDatasets)
         for (const QString& copy : kCopies)
-            catalogue += "<name>" + (dataset + copy).toUtf8() + "</name><dataset>" + dataset.toUtf8() +
-                         "</dataset><product_path>" + (work.path() + QLatin1Char('/') + dataset + copy).toUtf8() +
-                         "</product_path><install_path>$ProductPath/NavData:/NavData</install_path>"
-                         "<cycle_info_path>$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category>"
-                         "<update>true</update>";
-    catalogue += "</products></data>\n";
-    const QByteArray settings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>0</DSAutoUpdate>"
-                                "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate><NavDataOverwriteAccept>0"
-                                "</NavDataOverwriteAccept><CreateBackupFiles>1</CreateBackupFiles></App></data>\n";
-    if (!app.writeFile("bin/base_ini.xml", catalogue) || !app.writeFile("bin/prop_ini.xml", settings))
+            catalogue.products << SampleCatalogue::NavDataProduct(
+                dataset + copy, dataset, work.path() + QLatin1Char('/') + dataset + copy, true);
+    if (!app.writeFile(QStringLiteral("bin/base_ini.xml"), catalogue.CatalogueXml()) ||
+        !app.writeFile(QStringLiteral("bin/prop_ini.xml"), SampleCatalogue::SettingsXml(false, false)))
         return false;
 
     QuillmarkMainWindow window;
