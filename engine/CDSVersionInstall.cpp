@@ -275,9 +275,12 @@ void CDSVersion::FileCopyThreadFinishedSlot()
     for (const QString& kept : m_fileCopyThread.GetKeptBackups())
         if (!removeDir(kept))
             m_log.WriteString(QStringLiteral("!!WARNING earlier backup not completely removed: ") + kept, false);
-    if (!m_strJournal.isEmpty())
-        CRunJournal::Remove(m_strJournal);
+    const bool recordGone = m_strJournal.isEmpty() || CRunJournal::Remove(m_strJournal);
     m_strJournal.clear();
+    // Only once the record is gone: a record that stays may still need the marks to undo the run.
+    if (recordGone)
+        for (const QString& mark : m_fileCopyThread.GetRunMarks())
+            QFile::remove(mark);
 
     if (CProduct* product = CurrentInstallProduct()) {
         if (!m_fileCopyThread.GetSuccess()) {

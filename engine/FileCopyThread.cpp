@@ -217,6 +217,14 @@ void FileCopyThread::copySkyforgeNavData(const QString& target)
         m_walk.Warning(error);
 }
 
+QStringList FileCopyThread::GetRunMarks() const
+{
+    QStringList marks;
+    for (const QString& folder : m_createdBackupDirs)
+        marks << folder + QLatin1Char('/') + CRunJournal::RunFileName(m_strRunId);
+    return marks;
+}
+
 QString FileCopyThread::GetBackupDirPath(QString target)
 {
     const QString path = target + QLatin1Char('/') + m_strBackupDirName;

@@ -26,6 +26,8 @@ public:
               const QString& cycleFile = QString());
     // Backup folders of earlier runs that this run moved aside; they go once the run is complete.
     QStringList GetKeptBackups() const { return m_keptBackups; }
+    // The marks this run left in the backup folders it made; they mean nothing once its record is gone.
+    QStringList GetRunMarks() const;
 
     bool MoveProductFiles();
     bool MoveProductFilesSub(QString target, QString sub);
