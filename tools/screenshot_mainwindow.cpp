@@ -115,47 +115,38 @@ bool saveSelfUpdate(QuillmarkMainWindow& window, const QString& output, const QS
         return false;
     server.addContent(QStringLiteral("/downloads/quillmark/mac_version.txt"), QByteArrayLiteral("124"));
     server.addContent(QStringLiteral("/downloads/quillmark/VL_QUILLMARK_V124_MAC.zip"), QByteArray(64 * 1024, 'x'));
-    engine->SetServer(server.hostAndPort());
-    engine->SearchForNewVersion(true);
-    waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
-
     bool ok = true;
     const QString title = QStringLiteral("Quillmark Update");
-    {
+    // A search against `hostAndPort`, then the dialog on its outcome, taken as `name`; `more` may
+    // take it on further before it closes.
+    const auto take = [&](const QString& hostAndPort, const char* name,
+                          const std::function<void(dlgUpdateQMKVersion&)>& more = nullptr) {
+        engine->SetServer(hostAndPort);
+        engine->SearchForNewVersion(false);
+        waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
         dlgUpdateQMKVersion dialog(&window);
         dialog.Init(model, title);
         dialog.show();
-        ok = save(dialog, output + QStringLiteral("/selfupdate_ready") + suffix) && ok;
+        ok = save(dialog, output + QLatin1Char('/') + QLatin1String(name) + suffix) && ok;
+        if (more)
+            more(dialog);
+        dialog.done(QDialog::Rejected);
+    };
+    take(server.hostAndPort(), "selfupdate_ready", [&](dlgUpdateQMKVersion& dialog) {
         dialog.ClickedDownloadSlot();
         waitFor(engine, &CQMKVersion::SignalNewQMKVersionDownloaded);
         ok = save(dialog, output + QStringLiteral("/selfupdate_downloaded") + suffix) && ok;
-        dialog.done(QDialog::Rejected);
-    }
+    });
     // The version that runs (1.2.3) is the newest on the server.
     server.addContent(QStringLiteral("/downloads/quillmark/mac_version.txt"), QByteArrayLiteral("123"));
-    engine->SearchForNewVersion(false);
-    waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
-    {
-        dlgUpdateQMKVersion dialog(&window);
-        dialog.Init(model, title);
-        dialog.show();
-        ok = save(dialog, output + QStringLiteral("/selfupdate_uptodate") + suffix) && ok;
-        dialog.done(QDialog::Rejected);
-    }
+    take(server.hostAndPort(), "selfupdate_uptodate");
     quint16 closedPort = 0;
     {
         TestServer gone;
         if (gone.start())
             closedPort = gone.port();
     }
-    engine->SetServer(QStringLiteral("127.0.0.1:%1").arg(closedPort));
-    engine->SearchForNewVersion(false);
-    waitFor(engine, &CQMKVersion::SignalDownloadVersionTXTFinish);
-    dlgUpdateQMKVersion dialog(&window);
-    dialog.Init(model, title);
-    dialog.show();
-    ok = save(dialog, output + QStringLiteral("/selfupdate_noserver") + suffix) && ok;
-    dialog.done(QDialog::Rejected);
+    take(QStringLiteral("127.0.0.1:%1").arg(closedPort), "selfupdate_noserver");
     return ok;
 }
 
