@@ -159,15 +159,15 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
     QTemporaryDir root(QDir::tempPath() + QStringLiteral("/quillmark-XXXXXX"));
     const QString appPath = root.path() + QStringLiteral("/app");
     const QString serverRoot = root.path() + QStringLiteral("/server");
-    QByteArray products;
+    SampleCatalogue catalogue;
+    catalogue.categories = QStringList{QStringLiteral("X-Plane 11")};
+    catalogue.datasets = QStringList{QStringLiteral("xp11nav")};
     for (const QString& name : {QStringLiteral("Bravo FMS"), QStringLiteral("Echo FMS")}) {
         const QString folder = root.path() + QStringLiteral("/X-Plane 11/Aircraft/") + name;
         writeFile(folder + QStringLiteral("/NavData/a.dat"), "old");
         writeFile(folder + QStringLiteral("/NavData/cycle_info.txt"),
                   "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
-        products += "<name>" + name.toUtf8() + "</name><dataset>xp11nav</dataset><product_path>" + folder.toUtf8() +
-                    "</product_path><install_path>$ProductPath/NavData:/NavData</install_path><cycle_info_path>"
-                    "$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category><update>true</update>";
+        catalogue.products << SampleCatalogue::NavDataProduct(name, QStringLiteral("xp11nav"), folder, true);
     }
     writeFile(root.path() + QStringLiteral("/new/NavData/a.dat"), "new");
     writeFile(root.path() + QStringLiteral("/new/NavData/cycle_info.txt"),
@@ -180,12 +180,8 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
     TestServer server(serverRoot);
     if (!server.start())
         return false;
-    writeFile(appPath + QStringLiteral("/bin/base_ini.xml"),
-              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>" + server.hostAndPort().toUtf8() +
-                  "</Server></App><categories><name>X-Plane 11</name></categories><datasets><name>xp11nav</name>"
-                  "</datasets><products>" +
-                  products + "</products></data>\n");
-    writeFile(appPath + QStringLiteral("/bin/prop_ini.xml"), SampleCatalogue::QuietSettingsXml());
+    catalogue.server = server.hostAndPort();
+    catalogue.WriteTo(appPath);
 
     const QString previousAppPath = Application::st_strAppPath;
     Application::st_strAppPath = appPath;

@@ -5,6 +5,8 @@
 
 #include "support/DatasetFiles.h"
 
+#include <QCommandLineParser>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -15,6 +17,27 @@
 #include <cstdio>
 
 namespace BenchInstall {
+// The command line every install benchmark takes: its size (`--name N`, at least `minimum`) and
+// `--runs N` (3 by default).
+struct Options
+{
+    int size = 0;
+    int runs = 3;
+};
+inline Options parseOptions(const QCoreApplication& app, const QString& name, const QString& help, int fallback,
+                            int minimum)
+{
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    const QCommandLineOption sizeOption(name, help, QStringLiteral("N"), QString::number(fallback));
+    const QCommandLineOption runsOption(QStringLiteral("runs"), QStringLiteral("Measured runs of each."),
+                                        QStringLiteral("N"), QStringLiteral("3"));
+    parser.addOption(sizeOption);
+    parser.addOption(runsOption);
+    parser.process(app);
+    return Options{qMax(minimum, parser.value(sizeOption).toInt()), qMax(1, parser.value(runsOption).toInt())};
+}
+
 inline const QString kCache = QStringLiteral("/tmp/quillmark_bench_install");
 
 inline bool run(const QString& script)

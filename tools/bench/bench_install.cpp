@@ -107,17 +107,10 @@ double shellRun()
 int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    const QCommandLineOption filesOption(QStringLiteral("files"), QStringLiteral("Files in the archive."),
-                                         QStringLiteral("N"), QStringLiteral("20000"));
-    const QCommandLineOption runsOption(QStringLiteral("runs"), QStringLiteral("Measured runs of each."),
-                                        QStringLiteral("N"), QStringLiteral("3"));
-    parser.addOption(filesOption);
-    parser.addOption(runsOption);
-    parser.process(app);
-    const int files = qMax(100, parser.value(filesOption).toInt());
-    const int runs = qMax(1, parser.value(runsOption).toInt());
+    const Options options =
+        parseOptions(app, QStringLiteral("files"), QStringLiteral("Files in the archive."), 20000, 100);
+    const int files = options.size;
+    const int runs = options.runs;
 
     if (!prepareCache(files))
         return 1;

@@ -246,17 +246,9 @@ int main(int argc, char** argv)
     CMessageBox::setHandler([](QMessageBox::Icon, const QString& title, const QString& text) {
         std::fprintf(stderr, "message box: %s: %s\n", qPrintable(title), qPrintable(text));
     });
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    const QCommandLineOption mbOption(QStringLiteral("mb"), QStringLiteral("Megabytes per dataset."),
-                                      QStringLiteral("N"), QStringLiteral("100"));
-    const QCommandLineOption runsOption(QStringLiteral("runs"), QStringLiteral("Measured runs of each."),
-                                        QStringLiteral("N"), QStringLiteral("3"));
-    parser.addOption(mbOption);
-    parser.addOption(runsOption);
-    parser.process(app);
-    const int mb = qMax(1, parser.value(mbOption).toInt());
-    const int runs = qMax(1, parser.value(runsOption).toInt());
+    const Options options = parseOptions(app, QStringLiteral("mb"), QStringLiteral("Megabytes per dataset."), 100, 1);
+    const int mb = options.size;
+    const int runs = options.runs;
     // About 30 files per MB, of 1 byte to twice the mean.
     const int files = qMax(100, mb * 30);
     const int maxBytes = int(2 * qint64(mb) * 1000000 / files);

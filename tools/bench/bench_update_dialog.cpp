@@ -14,6 +14,7 @@
 #include "model/CInstallGroupList.h"
 #include "model/CProduct.h"
 #include "model/CProductList.h"
+#include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlPushButton.h"
@@ -118,14 +119,12 @@ Result dialogRun()
     const QString productRoot = work.path() + QStringLiteral("/Product");
     if (!previousCycleInto(productRoot) || !holdArchive(cycleDirOf(app)))
         return result;
-    const QByteArray catalogue =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Server>127.0.0.1:1</Server></App>"
-        "<categories><name>X-Plane 11</name></categories><datasets><name>DS</name></datasets><products>"
-        "<name>Bench product</name><dataset>DS</dataset><product_path>" +
-        productRoot.toUtf8() +
-        "</product_path><install_path>$ProductPath/NavData:/NavData</install_path>"
-        "<cycle_info_path>$ProductPath/NavData</cycle_info_path><category>X-Plane 11</category>"
-        "<update>true</update></products></data>\n";
+    SampleCatalogue products;
+    products.server = QStringLiteral("127.0.0.1:1");
+    products.datasets = QStringList{QStringLiteral("DS")};
+    products.products << SampleCatalogue::NavDataProduct(QStringLiteral("Bench product"), QStringLiteral("DS"),
+                                                         productRoot, true);
+    const QByteArray catalogue = products.CatalogueXml();
     const QByteArray settings = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>0</DSAutoUpdate>"
                                 "<QuillmarkAutoUpdate>0</QuillmarkAutoUpdate><NavDataOverwriteAccept>1"
                                 "</NavDataOverwriteAccept><LocalVersion>1</LocalVersion></App></data>\n";
@@ -179,17 +178,10 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", qgetenv("QT_QPA_PLATFORM").isEmpty() ? "offscreen" : qgetenv("QT_QPA_PLATFORM"));
     QApplication app(argc, argv);
     Application::registerResources();
-    QCommandLineParser parser;
-    parser.addHelpOption();
-    const QCommandLineOption filesOption(QStringLiteral("files"), QStringLiteral("Files in the archive."),
-                                         QStringLiteral("N"), QStringLiteral("20000"));
-    const QCommandLineOption runsOption(QStringLiteral("runs"), QStringLiteral("Measured runs of each."),
-                                        QStringLiteral("N"), QStringLiteral("3"));
-    parser.addOption(filesOption);
-    parser.addOption(runsOption);
-    parser.process(app);
-    const int files = qMax(100, parser.value(filesOption).toInt());
-    const int runs = qMax(1, parser.value(runsOption).toInt());
+    const Options options =
+        parseOptions(app, QStringLiteral("files"), QStringLiteral("Files in the archive."), 20000, 100);
+    const int files = options.size;
+    const int runs = options.runs;
     if (!prepareCache(files))
         return 1;
 
