@@ -1,6 +1,4 @@
 #include "app/Application.h"
-#include "engine/CDSVersion.h"
-#include "engine/DownloadManager.h"
 #include "model/CDataModel.h"
 #include "model/CProduct.h"
 #include "support/DatasetFiles.h"
@@ -28,15 +26,11 @@
 #include <QCryptographicHash>
 #include <QLabel>
 #include <QProcess>
-#include <QProgressBar>
 #include <QRandomGenerator>
 #include <QScopedPointer>
-#include <QSignalSpy>
-#include <QSslConfiguration>
 #include <QTest>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
 
 using namespace DatasetFiles;
@@ -311,70 +305,27 @@ private slots:
         m_server.stop();
     }
 
-    // The README's block as an administrator checks it: POST answered with the file on both ports,
-    // credentials required, and TLS only for clients that trust the certificate.
-    void recipe_data()
+    // The recipe's TLS port, which the program itself does not use: the same files behind the same
+    // credentials, for clients that trust its certificate. The plain port is the journey's.
+    void tlsPort_data()
     {
-        QTest::addColumn<bool>("tls");
         QTest::addColumn<QStringList>("options");
-        QTest::addColumn<QString>("path");
         QTest::addColumn<int>("status"); // negative: curl's exit code
-        const QStringList user{"-u", "webclient:Q7x2Lm9p"};
-        QTest::newRow("POST over HTTP") << false << user << "/quillmark/versionList.txt" << 200;
-        QTest::newRow("POST over TLS, certificate trusted")
-            << true << user + QStringList{"--cacert", m_server.certificatePath()} << "/quillmark/versionList.txt"
-            << 200;
-        QTest::newRow("TLS, certificate unknown") << true << user << "/quillmark/versionList.txt" << -60;
-        QTest::newRow("wrong password") << false << QStringList{"-u", "webclient:wrong"} << "/quillmark/versionList.txt"
-                                        << 401;
-        QTest::newRow("no credentials") << false << QStringList() << "/quillmark/versionList.txt" << 401;
-        QTest::newRow("missing file") << false << user << "/quillmark/1802/none.zip" << 404;
-        QTest::newRow("outside the root") << false << user + QStringList{"--path-as-is"} << "/../nginx.conf" << 400;
+        const QStringList trusted{"--cacert", m_server.certificatePath()};
+        QTest::newRow("certificate trusted") << trusted + QStringList{"-u", "webclient:Q7x2Lm9p"} << 200;
+        QTest::newRow("certificate unknown") << QStringList{"-u", "webclient:Q7x2Lm9p"} << -60;
+        QTest::newRow("no credentials") << trusted << 401;
     }
 
-    void recipe()
+    void tlsPort()
     {
-        QFETCH(bool, tls);
         QFETCH(QStringList, options);
-        QFETCH(QString, path);
         QFETCH(int, status);
-        const QString url = tls ? QString("https://127.0.0.1:%1").arg(m_server.tlsPort()) + path
-                                : "http://" + m_server.hostAndPort() + path;
         QByteArray body;
+        const QString url = QString("https://127.0.0.1:%1/quillmark/versionList.txt").arg(m_server.tlsPort());
         QCOMPARE(curlStatus(options + QStringList{url}, &body), status);
         if (status == 200)
             QCOMPARE(body, kVersionList);
-    }
-
-    // The program's own client on the TLS port: it refuses a certificate it cannot verify (and its
-    // plain-HTTP repeat is refused by that port), and takes the file once the certificate is trusted.
-    void programOverTls_data()
-    {
-        QTest::addColumn<bool>("trusted");
-        QTest::newRow("unknown certificate") << false;
-        QTest::newRow("trusted certificate") << true;
-    }
-
-    void programOverTls()
-    {
-        QFETCH(bool, trusted);
-        const QSslConfiguration previous = QSslConfiguration::defaultConfiguration();
-        if (trusted) {
-            QSslConfiguration config = previous;
-            config.addCaCertificates(m_server.certificatePath());
-            QSslConfiguration::setDefaultConfiguration(config);
-        }
-        DownloadManager manager;
-        QSignalSpy finished(&manager, &DownloadManager::SignalFinished);
-        manager.credentials = "webclient:Q7x2Lm9p";
-        manager.DownloadFile(QUrl(QString("https://127.0.0.1:%1/quillmark/versionList.txt").arg(m_server.tlsPort())),
-                             false, QString());
-        QVERIFY(finished.wait(20000));
-        QSslConfiguration::setDefaultConfiguration(previous);
-        const QStringList errors = finished.first().at(2).toStringList();
-        QCOMPARE(errors.isEmpty(), trusted);
-        if (trusted)
-            QCOMPARE(finished.first().at(3).toByteArray(), kVersionList);
     }
 
     // 1. The program starts with both checks on: the self-update dialog offers 1.2.4 and is closed,
