@@ -226,6 +226,7 @@ private:
     QString RecoverProduct(CProduct* product, const QString& journal);
     bool UndoInstall(CProduct* product, const QString& runId);
     void DropKeptBackups(CProduct* product);
+    void DropRunMarks(CProduct* product, const QString& runId);
 
     CProduct* CurrentInstallProduct() const;
     bool FailDatasetRequest(const QString& dataset, const QString& reason);

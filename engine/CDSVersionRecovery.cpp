@@ -6,6 +6,7 @@
 #include "model/CProduct.h"
 #include "model/CProductList.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QQueue>
 #include <QSet>
@@ -79,6 +80,7 @@ QString CDSVersion::RecoverProduct(CProduct* product, const QString& journal)
     CRunJournal::Entry entry;
     QString text;
     bool ok = false;
+    bool completed = false;
     if (!CRunJournal::Read(journal, entry)) {
         text = tr("A run record that cannot be read was left alone:") + QLatin1Char(' ') + journal;
     } else if (entry.run == CRunJournal::ERun::Install) {
@@ -86,7 +88,7 @@ QString CDSVersion::RecoverProduct(CProduct* product, const QString& journal)
         if (installed == entry.toCycle) {
             // The cycle file is the last step: everything else is in place already.
             DropKeptBackups(product);
-            ok = true;
+            ok = completed = true;
             text = tr("The interrupted install of %1 was completed.").arg(product->GetName());
         } else if (entry.backups) {
             ok = UndoInstall(product, entry.id);
@@ -110,8 +112,9 @@ QString CDSVersion::RecoverProduct(CProduct* product, const QString& journal)
                   : tr("The interrupted reset of %1 could not be completed; see the log.").arg(product->GetName());
     }
     // A record whose run could not be finished or undone stays, so the next run tries again.
-    if (ok)
-        CRunJournal::Remove(journal);
+    // A completed install's marks go once its record is gone, as at the end of an uncut run.
+    if (ok && CRunJournal::Remove(journal) && completed)
+        DropRunMarks(product, entry.id);
     m_log.WriteString((ok ? QStringLiteral("#Recovery: ") : QStringLiteral("!!ERROR Recovery: ")) + text, false);
     WriteResult(text, !ok);
     return text;
@@ -157,6 +160,13 @@ bool CDSVersion::UndoInstall(CProduct* product, const QString& runId)
         }
     }
     return ok;
+}
+
+void CDSVersion::DropRunMarks(CProduct* product, const QString& runId)
+{
+    const QString mark = QLatin1Char('/') + backupDirName(product) + QLatin1Char('/') + CRunJournal::RunFileName(runId);
+    for (const QString& folder : productFolders(product))
+        QFile::remove(folder + mark);
 }
 
 void CDSVersion::DropKeptBackups(CProduct* product)
