@@ -116,14 +116,12 @@ private slots:
         Run run;
         QVERIFY(run.prepare(true, true, "124\n"));
         QVERIFY(makeRelease(run.serverRoot.path()));
-        QString downloadedText;
         run.driver.then([&](QDialog* d) {
             auto* dialog = qobject_cast<dlgUpdateQMKVersion*>(d);
             QVERIFY(dialog);
             click(dialog->GetDownloadButton());
             QVERIFY(!dialog->GetDownloadButton()->isEnabled());
             QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateQMKVersion::StateDownloaded), 20000);
-            downloadedText = dialog->GetMessageLabel()->text();
             QVERIFY(!dialog->GetDownloadButton()->isVisible());
             click(dialog->GetInstallButton());
             QCOMPARE(dialog->GetProgressBar()->maximum(), 0); // busy while unzip runs
@@ -138,12 +136,10 @@ private slots:
         guard.stop();
 
         QCOMPARE(run.driver.titles(), QStringList{"Quillmark Update"});
-        QCOMPARE(downloadedText, QStringLiteral("Version 1.2.4 downloaded."));
         QCOMPARE(run.boxes.count(), 0);
         QVERIFY(!run.window->isVisible());
         const QString downloads = run.app.filePath("downloads");
         QTRY_COMPARE(run.opened(), QStringList{downloads + "/qmk_au.app"});
-        QCOMPARE(run.app.readFile("downloads/VL_QUILLMARK_V124.app/Quillmark"), QByteArray("new program"));
         // The program hands over and ends: no dataset check after the dialog.
         QTest::qWait(300);
         QCOMPARE(run.paths(), (QStringList{VersionPath, ArchivePath}));
@@ -181,7 +177,6 @@ private slots:
             auto* update = qobject_cast<dlgUpdateQMKVersion*>(d);
             QVERIFY(update);
             requestsWhenOpen = run.paths();
-            QCOMPARE(update->GetMessageLabel()->text(), QStringLiteral("Version 1.2.4 ready for download."));
             click(update->GetOkButton());
         });
         run.open();
