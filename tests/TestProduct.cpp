@@ -69,14 +69,12 @@ class TestProduct : public QObject
     Q_OBJECT
 
 private slots:
-    void translateNewProdPath_data();
-    void translateNewProdPath();
+    void resolve_data();
+    void resolve();
     void initNewProdPath_data();
     void initNewProdPath();
     void initNewInstallPaths_data();
     void initNewInstallPaths();
-    void initRealPath_data();
-    void initRealPath();
     void categoryFolderChangeTakesEffect();
     void removeFileList_data();
     void removeFileList();
@@ -86,37 +84,55 @@ private slots:
 };
 
 // clang-format off
-void TestProduct::translateNewProdPath_data()
+// "translate:" rows resolve the product folder; "real:" rows a folder the product names, and its
+// cycle file folder the same way.
+void TestProduct::resolve_data()
 {
     resolverColumns();
     const QString bad = QStringLiteral("<X-Plane 11 - Path>");
-    QTest::newRow("sim folder, mixed separators")
+    QTest::newRow("translate: sim folder, mixed separators")
         << "$SimPath\\\\SimObjects//Airplanes\\" << "@SIM@" << "" << "@SIM@/SimObjects/Airplanes/";
-    QTest::newRow("quotes and non-ASCII") << "$SimPath/Custom Data" << "@UNI@" << "" << "@UNI@/Custom Data";
-    QTest::newRow("missing folder") << "$SimPath/SimObjects" << "@MISSING@" << "" << bad + "/SimObjects";
-    QTest::newRow("no simulator in folder") << "$SimPath/A" << "@NOSIM@" << "" << bad + "/A";
-    QTest::newRow("empty folder") << "$SimPath/A" << "" << "" << bad + "/A";
-    QTest::newRow("other category") << "$SimPath/A" << "FSX:@SIM@" << "" << "<FSX - Path>/A";
-    QTest::newRow("no category") << "$SimPath\\A" << "none" << "" << "$SimPath/A";
-    QTest::newRow("user documents") << "$UserDocuments/Foo/Bar" << "@SIM@" << "" << "/Foo/Bar";
-    QTest::newRow("product path as written") << "$ProductPath/x" << "@SIM@" << "/p" << "$ProductPath/x";
-    QTest::newRow("case-sensitive, whole word") << "$simpath/$SimPathX" << "@SIM@" << "" << "$simpath/$SimPathX";
-    QTest::newRow("first component only") << "$SimPath/$SimPath" << "@SIM@" << "" << "@SIM@/$SimPath";
+    QTest::newRow("translate: quotes and non-ASCII") << "$SimPath/Custom Data" << "@UNI@" << "" << "@UNI@/Custom Data";
+    QTest::newRow("translate: missing folder") << "$SimPath/SimObjects" << "@MISSING@" << "" << bad + "/SimObjects";
+    QTest::newRow("translate: no simulator in folder") << "$SimPath/A" << "@NOSIM@" << "" << bad + "/A";
+    QTest::newRow("translate: empty folder") << "$SimPath/A" << "" << "" << bad + "/A";
+    QTest::newRow("translate: other category") << "$SimPath/A" << "FSX:@SIM@" << "" << "<FSX - Path>/A";
+    QTest::newRow("translate: no category") << "$SimPath\\A" << "none" << "" << "$SimPath/A";
+    QTest::newRow("translate: user documents") << "$UserDocuments/Foo/Bar" << "@SIM@" << "" << "/Foo/Bar";
+    QTest::newRow("translate: product path as written") << "$ProductPath/x" << "@SIM@" << "/p" << "$ProductPath/x";
+    QTest::newRow("translate: case-sensitive, whole word")
+        << "$simpath/$SimPathX" << "@SIM@" << "" << "$simpath/$SimPathX";
+    QTest::newRow("translate: first component only") << "$SimPath/$SimPath" << "@SIM@" << "" << "@SIM@/$SimPath";
+    QTest::newRow("real: sim folder") << "$SimPath\\Custom Data\\x.txt" << "@UNI@" << "" << "@UNI@/Custom Data/x.txt";
+    QTest::newRow("real: no simulator empties") << "$SimPath/x" << "@NOSIM@" << "" << "";
+    QTest::newRow("real: no category empties") << "$SimPath/x" << "none" << "" << "";
+    QTest::newRow("real: product path") << "$ProductPath\\navdata\\" << "none" << "/p" << "/p/navdata/";
+    QTest::newRow("real: product path not resolved") << "$ProductPath/x" << "@SIM@" << "" << "";
+    QTest::newRow("real: empty user folder empties") << "$UserDocuments/Foo" << "@SIM@" << "" << "";
+    QTest::newRow("real: real folder") << "/abs\\\\x" << "@SIM@" << "" << "/abs/x";
+    QTest::newRow("real: unknown placeholders kept") << "$RegistryKey/x" << "@SIM@" << "" << "$RegistryKey/x";
 }
 // clang-format on
 
-void TestProduct::translateNewProdPath()
+void TestProduct::resolve()
 {
     QFETCH(QString, tmpl);
     QFETCH(QString, category);
     QFETCH(QString, newProductPath);
     QFETCH(QString, expected);
+    const bool real = QByteArray(QTest::currentDataTag()).startsWith("real:");
     Sims sims;
     CProduct product;
     product.SetCategory(sims.category(category));
     product.SetNewProductPath(newProductPath);
-    product.SetProductPath(tmpl);
-    QCOMPARE(product.TranslateNewProdPath(), sims.expand(expected));
+    if (!real) {
+        product.SetProductPath(tmpl);
+        QCOMPARE(product.TranslateNewProdPath(), sims.expand(expected));
+        return;
+    }
+    QCOMPARE(product.InitRealPath(tmpl), sims.expand(expected));
+    product.SetCycleInfoPath(tmpl);
+    QCOMPARE(product.InitRealCycleInfoPath(), sims.expand(expected));
 }
 
 // clang-format off
@@ -212,36 +228,6 @@ void TestProduct::initNewInstallPaths()
              sims.log().constData());
     if (entries.value(0).contains(QLatin1String("Data:extra")))
         QCOMPARE(product.GetInstallPaths().first()->strSecond, QStringLiteral("extra"));
-}
-
-// clang-format off
-void TestProduct::initRealPath_data()
-{
-    resolverColumns();
-    QTest::newRow("sim folder") << "$SimPath\\Custom Data\\x.txt" << "@UNI@" << "" << "@UNI@/Custom Data/x.txt";
-    QTest::newRow("no simulator empties") << "$SimPath/x" << "@NOSIM@" << "" << "";
-    QTest::newRow("no category empties") << "$SimPath/x" << "none" << "" << "";
-    QTest::newRow("product path") << "$ProductPath\\navdata\\" << "none" << "/p" << "/p/navdata/";
-    QTest::newRow("product path not resolved") << "$ProductPath/x" << "@SIM@" << "" << "";
-    QTest::newRow("empty user folder empties") << "$UserDocuments/Foo" << "@SIM@" << "" << "";
-    QTest::newRow("real folder") << "/abs\\\\x" << "@SIM@" << "" << "/abs/x";
-    QTest::newRow("unknown placeholders kept") << "$RegistryKey/x" << "@SIM@" << "" << "$RegistryKey/x";
-}
-// clang-format on
-
-void TestProduct::initRealPath()
-{
-    QFETCH(QString, tmpl);
-    QFETCH(QString, category);
-    QFETCH(QString, newProductPath);
-    QFETCH(QString, expected);
-    Sims sims;
-    CProduct product;
-    product.SetCategory(sims.category(category));
-    product.SetNewProductPath(newProductPath);
-    QCOMPARE(product.InitRealPath(tmpl), sims.expand(expected));
-    product.SetCycleInfoPath(tmpl);
-    QCOMPARE(product.InitRealCycleInfoPath(), sims.expand(expected));
 }
 
 void TestProduct::categoryFolderChangeTakesEffect()

@@ -77,7 +77,6 @@ private slots:
     void savedTextIsExact();
     void roundTrip_data();
     void roundTrip();
-    void restoreDefaults();
     void saveFailureKeepsOldFile_data();
     void saveFailureKeepsOldFile();
     void badInput_data();
@@ -223,37 +222,6 @@ void TestSettings::roundTrip()
     if (afterReload == afterRead)
         QCOMPARE(dir.readFile(kSettings), saved);
     QCOMPARE(spy.count(), 0);
-}
-
-void TestSettings::restoreDefaults()
-{
-    TempAppDir dir;
-    MessageBoxSpy spy;
-    QVERIFY(dir.writeFile(kCatalogue, kBase));
-    QVERIFY(dir.writeFile(kSettings, settings("<DSAutoUpdate>0</DSAutoUpdate>")));
-
-    CDataModel model;
-    model.Init(QString());
-    QVERIFY(!model.GetDSAutoUpdate());
-    QVERIFY(model.IsSaveEnabled());
-
-    QTimer::singleShot(0, &model, [&model] { model.RestoreQMKDefaultSettings(); });
-    const int code = QCoreApplication::exec();
-    QCOMPARE(code, 20);
-    QVERIFY(!QFile::exists(dir.filePath(kSettings)));
-
-    // The end of that run writes nothing.
-    QVERIFY(!model.IsSaveEnabled());
-    QVERIFY(!model.Save());
-    QVERIFY(!QFile::exists(dir.filePath(kSettings)));
-    QCOMPARE(spy.count(), 0);
-
-    // The next run starts from the catalogue and the defaults.
-    CDataModel next;
-    next.Init(QString());
-    QVERIFY(next.GetDSAutoUpdate());
-    QVERIFY(next.Save());
-    QVERIFY(QFile::exists(dir.filePath(kSettings)));
 }
 
 void TestSettings::saveFailureKeepsOldFile_data()

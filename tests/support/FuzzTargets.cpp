@@ -179,30 +179,6 @@ QString undotted(const QString& dotted)
         text += dotted.at(i);
     return text;
 }
-} // namespace
-
-namespace FuzzTargets {
-
-QStringList names()
-{
-    return {QStringLiteral("catalogue"), QStringLiteral("settings"), QStringLiteral("cycle_info"),
-            QStringLiteral("version_list"), QStringLiteral("mac_version")};
-}
-
-Entry entry(const QString& name)
-{
-    if (name == QLatin1String("catalogue"))
-        return catalogue;
-    if (name == QLatin1String("settings"))
-        return settings;
-    if (name == QLatin1String("cycle_info"))
-        return cycleInfo;
-    if (name == QLatin1String("version_list"))
-        return versionList;
-    if (name == QLatin1String("mac_version"))
-        return macVersion;
-    return nullptr;
-}
 
 QString catalogue(const QByteArray& bytes)
 {
@@ -328,6 +304,37 @@ QString macVersion(const QByteArray& bytes)
     if (engine.GetNewVersion() != version || engine.GetZipName() != zip)
         return QStringLiteral("version [%1] reads back as [%2]").arg(version, engine.GetNewVersion());
     return QString();
+}
+
+struct Target
+{
+    const char* name;
+    FuzzTargets::Entry entry;
+};
+const Target kTargets[] = {{"catalogue", catalogue},
+                           {"settings", settings},
+                           {"cycle_info", cycleInfo},
+                           {"version_list", versionList},
+                           {"mac_version", macVersion}};
+} // namespace
+
+namespace FuzzTargets {
+
+QStringList names()
+{
+    QStringList list;
+    for (const Target& target : kTargets)
+        list << QLatin1String(target.name);
+    return list;
+}
+
+Entry entry(const QString& name)
+{
+    for (const Target& target : kTargets) {
+        if (name == QLatin1String(target.name))
+            return target.entry;
+    }
+    return nullptr;
 }
 
 } // namespace FuzzTargets

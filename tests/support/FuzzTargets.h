@@ -11,19 +11,10 @@
 namespace FuzzTargets {
 using Entry = QString (*)(const QByteArray& bytes);
 
-// "catalogue", "settings", "cycle_info", "version_list", "mac_version"
+// "catalogue" (bin/base_ini.xml), "settings" (bin/prop_ini.xml beside a fixed catalogue),
+// "cycle_info" (a product's file and its backup copy), "version_list" (the server's list, then the
+// same file as the local copy), "mac_version" (the download server's version file)
 QStringList names();
 // Null for an unknown name.
 Entry entry(const QString& name);
-
-// bin/base_ini.xml
-QString catalogue(const QByteArray& bytes);
-// bin/prop_ini.xml, beside a fixed catalogue
-QString settings(const QByteArray& bytes);
-// a product's cycle_info.txt and its backup copy
-QString cycleInfo(const QByteArray& bytes);
-// the server's versionList.txt, then the same file as the local copy
-QString versionList(const QByteArray& bytes);
-// the download server's mac_version.txt
-QString macVersion(const QByteArray& bytes);
 } // namespace FuzzTargets

@@ -38,7 +38,6 @@ struct TestServer::State
     int slowInterval = 40;
     QList<Request> requests;
     int tlsConnections = 0;
-    int connections = 0;
     quint16 port = 0;
     QSslCertificate certificate;
     QSslKey key;
@@ -128,8 +127,6 @@ public:
         : QObject(parent), m_socket(socket), m_state(std::move(state))
     {
         m_socket->setParent(this);
-        QMutexLocker lock(&m_state->mutex);
-        m_request.connection = ++m_state->connections;
         connect(m_socket, &QTcpSocket::readyRead, this, &Connection::onReadyRead);
         connect(m_socket, &QTcpSocket::bytesWritten, this, &Connection::pump);
         connect(m_socket, &QTcpSocket::disconnected, this, &QObject::deleteLater);
@@ -226,7 +223,6 @@ private:
             }
             m_slowChunk = m_state->slowChunk;
             m_slowInterval = m_state->slowInterval;
-            m_request.status = status;
             m_state->requests << m_request;
         }
 
@@ -532,12 +528,6 @@ QString TestServer::url(const QString& path, bool tls) const
     return (tls ? QStringLiteral("https://") : QStringLiteral("http://")) + hostAndPort() + path;
 }
 
-void TestServer::setRoot(const QString& dir)
-{
-    QMutexLocker lock(&m_state->mutex);
-    m_state->root = dir.isEmpty() ? QString() : QDir::cleanPath(dir);
-}
-
 QString TestServer::root() const
 {
     QMutexLocker lock(&m_state->mutex);
@@ -588,14 +578,6 @@ void TestServer::failNext(int count, Fault fault)
     QMutexLocker lock(&m_state->mutex);
     m_state->nextCount = count;
     m_state->nextFault = fault;
-}
-
-void TestServer::clearFaults()
-{
-    QMutexLocker lock(&m_state->mutex);
-    m_state->pathFaults.clear();
-    m_state->nextCount = 0;
-    m_state->nextFault = Fault::None;
 }
 
 void TestServer::setSlowPace(int chunkBytes, int intervalMs)

@@ -55,8 +55,6 @@ public:
         QString path;                         // decoded URL path, without query
         QMap<QByteArray, QByteArray> headers; // names in lower case
         QByteArray body;
-        int status = 0;     // status code the server answered with
-        int connection = 0; // number of the TCP connection it came on, from 1
     };
 
     explicit TestServer(const QString& rootDir = QString());
@@ -72,7 +70,6 @@ public:
     // "http://127.0.0.1:PORT" + path, or https with tls true.
     QString url(const QString& path, bool tls = false) const;
 
-    void setRoot(const QString& dir);
     QString root() const;
     void setCredentials(const QByteArray& userColonPassword);
     QByteArray credentials() const;
@@ -85,7 +82,6 @@ public:
 
     void setFault(const QString& path, Fault fault); // Fault::None removes it
     void failNext(int count, Fault fault);
-    void clearFaults();
     void setSlowPace(int chunkBytes, int intervalMs); // default 1024 bytes every 40 ms
 
     // Whether a TLS handshake can be offered (the openssl tool made a certificate).
