@@ -579,6 +579,7 @@ private slots:
                                                " + Reset success Prod_1 ( V. 1801 R. 1 )\r\n"));
         QCOMPARE(t.states(), (QList<int>{5, 5, 5}));
         QCOMPARE(checksums(t.work.path(), {"new"}), before);
+        QCOMPARE(t.backupFolders(0) + t.backupFolders(1), 0);
     }
 };
 
