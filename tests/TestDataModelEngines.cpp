@@ -13,6 +13,21 @@
 
 using namespace DatasetFiles;
 
+namespace {
+// One product P1 of dataset DS1 in the program folder, whose data go into P1/p1.
+QByteArray catalogue(const TempAppDir& app, const QString& server = QString())
+{
+    SampleCatalogue c;
+    c.quietDefaults = false;
+    c.server = server;
+    c.categories = QStringList{"X-Plane 11"};
+    c.datasets = QStringList{"DS1"};
+    c.products << SampleCatalogue::Product("P1", "DS1", app.path() + "/P1", "X-Plane 11", true);
+    c.products.last().installPath = "$ProductPath:\\p1";
+    return c.CatalogueXml();
+}
+} // namespace
+
 // Start-up of the two engines from the data model, against a real loopback server.
 class TestDataModelEngines : public QObject
 {
@@ -51,25 +66,8 @@ private slots:
         writeFile(serverRoot.path() + "/quillmark/versionList.txt", "Revision: 1\n1801\n");
         TestServer http(serverRoot.path());
         QVERIFY(http.start());
-        QVERIFY(
-            app.writeFile("bin/base_ini.xml",
-                          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><Version>1.2.3</Version><Server>" +
-                              http.hostAndPort().toUtf8() +
-                              "</Server></App><categories><data><name>X-Plane 11</name><path></path></data>"
-                              "</categories><datasets><data><name>DS1</name></data></datasets><products><data>"
-                              "<name>P1</name><dataset>DS1</dataset><product_path>" +
-                              app.path().toUtf8() +
-                              "/P1</product_path><install_path>$ProductPath:\\p1</install_path>"
-                              "<cycle_info_path>$ProductPath</cycle_info_path><category>X-Plane 11</category>"
-                              "<update>true</update></data></products></data>\n"));
-        QVERIFY(app.writeFile("bin/prop_ini.xml",
-                              QString("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><App><DSAutoUpdate>%1"
-                                      "</DSAutoUpdate><QuillmarkAutoUpdate>%2</QuillmarkAutoUpdate>"
-                                      "<NavDataOverwriteAccept>0</NavDataOverwriteAccept>"
-                                      "<CreateBackupFiles>0</CreateBackupFiles></App></data>\n")
-                                  .arg(int(dsAuto))
-                                  .arg(int(appAuto))
-                                  .toUtf8()));
+        QVERIFY(app.writeFile("bin/base_ini.xml", catalogue(app, http.hostAndPort())));
+        QVERIFY(app.writeFile("bin/prop_ini.xml", SampleCatalogue::SettingsXml(dsAuto, appAuto, false, false)));
 
         CDataModel model;
         QSignalSpy appCheckOver(&model, &CDataModel::SignalDownloadVersionFinished);
@@ -133,14 +131,7 @@ private slots:
         QFETCH(QString, told);
         QFETCH(QByteArray, fileAfter);
         TempAppDir app;
-        QVERIFY(app.writeFile("bin/base_ini.xml",
-                              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data><categories><data><name>X-Plane 11"
-                              "</name><path></path></data></categories><datasets><data><name>DS1</name></data>"
-                              "</datasets><products><data><name>P1</name><dataset>DS1</dataset><product_path>" +
-                                  app.path().toUtf8() +
-                                  "/P1</product_path><install_path>$ProductPath:\\p1</install_path>"
-                                  "<cycle_info_path>$ProductPath</cycle_info_path><category>X-Plane 11</category>"
-                                  "<update>true</update></data></products></data>\n"));
+        QVERIFY(app.writeFile("bin/base_ini.xml", catalogue(app)));
         QVERIFY(app.writeFile("bin/prop_ini.xml", SampleCatalogue::QuietSettingsXml()));
         // The product as a cut-off run left it: a file moved aside, the new one in its place.
         QVERIFY(app.writeFile("P1/a.dat", "new"));

@@ -205,7 +205,6 @@ private slots:
         auto stop = [&] { reset ? e.StopReset() : e.StopRemoveBackup(); };
         QSignalSpy ready(&e, reset ? &CDSVersion::SignalResetReady : &CDSVersion::SignalRemoveBackupReady);
         QSignalSpy turns(&e, reset ? &CDSVersion::SignalResetProduct : &CDSVersion::SignalRemoveBackupProduct);
-        QSignalSpy results(&e, &CDSVersion::SignalWriteResult);
         bool armed = when == "between products";
         connect(&e, reset ? &CDSVersion::SignalResetProduct : &CDSVersion::SignalRemoveBackupProduct, &e,
                 [&](const QString& name) {
@@ -303,7 +302,6 @@ private slots:
         };
         QSignalSpy ready(&e, &CDSVersion::SignalInstallReady);
         QSignalSpy turns(&e, &CDSVersion::SignalUnzippProduct);
-        QSignalSpy results(&e, &CDSVersion::SignalWriteResult);
         QSignalSpy written(&e, &CDSVersion::SignalFileWritten);
         QSignalSpy copies(&e, &CDSVersion::SignalBeginCopyThead);
         bool stopped = false;
@@ -504,7 +502,6 @@ private slots:
         QSignalSpy ready(&t.engine, &CDSVersion::SignalResetReady);
         t.engine.Reset(&t.products);
         QVERIFY(!ready.isEmpty() || ready.wait(20000));
-        QVERIFY(QFileInfo(nav + "/linked.dat").isSymLink());
         QCOMPARE(QFileInfo(nav + "/linked.dat").symLinkTarget(), t.work.path() + "/elsewhere/real.dat");
         QCOMPARE(readFile(t.work.path() + "/elsewhere/real.dat"), QByteArray("the user's file"));
     }
@@ -514,12 +511,8 @@ private slots:
         QTest::addColumn<QString>("entry");
         QTest::addColumn<QString>("target"); // relative to the work folder
         QTest::addColumn<bool>("removed");
-        QTest::newRow("inside the product") << "$ProductPath/NavData/old.dat"
-                                            << "Prod_0/NavData/old.dat" << true;
         QTest::newRow("inside the simulator folder") << "$SimPath/Custom Data/old.dat"
                                                      << "sim/Custom Data/old.dat" << true;
-        QTest::newRow("out through ..") << "$ProductPath/../outside.dat"
-                                        << "outside.dat" << false;
         QTest::newRow("out through a link") << "$ProductPath/NavData/out/outside.dat"
                                             << "outside.dat" << false;
         QTest::newRow("the simulator folder itself") << "$SimPath"
@@ -538,7 +531,6 @@ private slots:
         category.SetPath(sim);
         CProduct* p = t.products.GetByIndex(0);
         p->SetCategory(&category);
-        QVERIFY(writeFile(t.root(0) + "/NavData/old.dat", "old"));
         QVERIFY(writeFile(sim + "/Custom Data/old.dat", "old"));
         QVERIFY(writeFile(t.work.path() + "/outside.dat", "not the product's"));
         QVERIFY(QFile::link(t.work.path(), t.root(0) + "/NavData/out"));
@@ -587,6 +579,7 @@ private slots:
                                                " + Reset success Prod_1 ( V. 1801 R. 1 )\r\n"));
         QCOMPARE(t.states(), (QList<int>{5, 5, 5}));
         QCOMPARE(checksums(t.work.path(), {"new"}), before);
+        QCOMPARE(t.backupFolders(0) + t.backupFolders(1), 0);
     }
 };
 

@@ -1,4 +1,5 @@
 #include "engine/CQMKVersion.h"
+#include "support/DatasetFiles.h"
 #include "support/MessageBoxSpy.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
@@ -11,41 +12,10 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace DatasetFiles;
+
 namespace {
 const QString ReleaseFolder = QStringLiteral("VL_QUILLMARK_V124_MAC");
-
-bool writeFile(const QString& path, const QByteArray& content, bool executable = false)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(content);
-    file.close();
-    if (executable)
-        file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
-    return true;
-}
-
-// Scripts put first on PATH while the object lives; `only` hides every other program.
-class FakeTools
-{
-public:
-    explicit FakeTools(bool only = false) : m_oldPath(qgetenv("PATH"))
-    {
-        qputenv("PATH", only ? m_dir.path().toLocal8Bit() : m_dir.path().toLocal8Bit() + ':' + m_oldPath);
-    }
-    ~FakeTools() { qputenv("PATH", m_oldPath); }
-    void add(const QString& name, const QByteArray& body)
-    {
-        writeFile(m_dir.filePath(name), "#!/bin/sh\n" + body + "\n", true);
-    }
-    QString filePath(const QString& name) const { return m_dir.filePath(name); }
-
-private:
-    QTemporaryDir m_dir;
-    QByteArray m_oldPath;
-};
 
 // The release archive as the download server holds it, made with the real zip.
 bool makeRelease(const QString& serverRoot)
@@ -53,7 +23,9 @@ bool makeRelease(const QString& serverRoot)
     QTemporaryDir work;
     const QString base = work.filePath(ReleaseFolder);
     writeFile(base + "/readme.txt", "Quillmark 1.2.4\n");
-    writeFile(base + "/qmk_au.app/Contents/MacOS/qmk_au", "#!/bin/sh\n", true);
+    const QString updater = base + "/qmk_au.app/Contents/MacOS/qmk_au";
+    writeFile(updater, "#!/bin/sh\n");
+    QFile::setPermissions(updater, QFile::permissions(updater) | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
     writeFile(base + "/VL_QUILLMARK_V124.app/Contents/MacOS/Quillmark", "new program");
     // A framework as bundles hold them: its current version and its binary are links.
     const QString framework = base + "/VL_QUILLMARK_V124.app/Contents/Frameworks/Q.framework";
@@ -165,8 +137,9 @@ private slots:
         QVERIFY(app.writeFile("downloads/temp/kept.txt", "not ours to clear"));
         QVERIFY(QFile::link(outside.path(), app.filePath("downloads/update2")));
 
-        FakeTools tools;
-        tools.add("xdg-open", "printf '%s\\n' \"$@\" > \"" + tools.filePath("open.args").toLocal8Bit() + "\"");
+        ToolPath tools;
+        const QString opened = tools.path() + "/open.args";
+        QVERIFY(tools.addScript("xdg-open", "printf '%s\\n' \"$@\" > \"" + opened.toLocal8Bit() + "\""));
 
         TestServer server(serverRoot.path());
         QVERIFY(server.start());
@@ -216,7 +189,6 @@ private slots:
         QCOMPARE(QFileInfo(framework + "/Q").symLinkTarget(), framework + "/Versions/Current/Q");
         QCOMPARE(app.readFile("downloads/VL_QUILLMARK_V124.app/Contents/Frameworks/Q.framework/Q"),
                  QByteArray("framework code"));
-        QVERIFY(QFileInfo(downloads + "/escape").isSymLink());
         QCOMPARE(QFileInfo(downloads + "/escape").symLinkTarget(), QStringLiteral("/etc"));
         QVERIFY(!QFile::exists(downloads + "/" + ReleaseFolder));
         const QByteArray log = app.readFile("log/log_qmkupdate.txt");
@@ -228,7 +200,7 @@ private slots:
         QTimer::singleShot(20000, [] { QCoreApplication::exit(99); });
         QCOMPARE(QCoreApplication::exec(), 0);
         const auto recorded = [&] {
-            QFile args(tools.filePath("open.args"));
+            QFile args(opened);
             return args.open(QIODevice::ReadOnly) ? args.readAll() : QByteArray();
         };
         QTRY_COMPARE(recorded(), (downloads + "/qmk_au.app\n").toLocal8Bit());
@@ -287,9 +259,9 @@ private slots:
         if (versionOnServer)
             QVERIFY(writeFile(serverRoot.filePath("downloads/quillmark/mac_version.txt"), "124"));
 
-        FakeTools tools(unzip == "absent");
+        ToolPath tools(unzip == "absent");
         if (unzip == "crash")
-            tools.add("unzip", "kill -SEGV $$");
+            QVERIFY(tools.addScript("unzip", "kill -SEGV $$"));
         TestServer server(serverRoot.path());
         QVERIFY(server.start());
         if (archive == "slow") {
