@@ -3,6 +3,10 @@
 // The install benchmarks' shared material: one archive of N random files and a previous cycle of
 // the same names, made once and cached in /tmp, and the shell helpers around them.
 
+#include "engine/CDSVersion.h"
+#include "model/CInstallGroupList.h"
+#include "model/CProduct.h"
+#include "model/CProductList.h"
 #include "support/DatasetFiles.h"
 
 #include <QCommandLineParser>
@@ -119,5 +123,29 @@ inline bool previousCycleInto(const QString& productRoot, const QString& cache =
     QDir().mkpath(productRoot);
     return run(QStringLiteral("cp -al ") + quote(cache + "/previous/NavData") + QLatin1Char(' ') + quote(productRoot));
 }
+
+// The engine with one product whose previous cycle is in place and whose archive it holds, ready
+// for InstallProducts().
+struct EngineInstall
+{
+    CDSVersion engine;
+    CProductList products;
+    CInstallGroupList groups;
+    CProduct* product = nullptr;
+
+    bool prepare(const QString& productRoot)
+    {
+        if (!previousCycleInto(productRoot))
+            return false;
+        engine.Init(QStringLiteral("1.0"));
+        if (!holdArchive(engine.GetCycleDirectory()))
+            return false;
+        product = DatasetFiles::addNavDataProduct(products, QStringLiteral("Bench product"), QStringLiteral("DS"),
+                                                  productRoot);
+        groups.AssignProduct(product);
+        engine.SetProductList(&products);
+        return true;
+    }
+};
 
 } // namespace BenchInstall

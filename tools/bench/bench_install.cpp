@@ -38,18 +38,10 @@ double engineRun(int files)
     TempAppDir app;
     QTemporaryDir work(QStringLiteral("/tmp/bench_install_XXXXXX"));
     const QString productRoot = work.path() + QStringLiteral("/Product");
-    if (!previousCycleInto(productRoot))
+    EngineInstall bench;
+    if (!bench.prepare(productRoot))
         return -1;
-    CDSVersion engine;
-    engine.Init(QStringLiteral("1.0"));
-    if (!holdArchive(engine.GetCycleDirectory()))
-        return -1;
-    CProductList products;
-    CInstallGroupList groups;
-    CProduct* p =
-        DatasetFiles::addNavDataProduct(products, QStringLiteral("Bench product"), QStringLiteral("DS"), productRoot);
-    groups.AssignProduct(p);
-    engine.SetProductList(&products);
+    CDSVersion& engine = bench.engine;
 
     QEventLoop loop;
     QObject::connect(&engine, &CDSVersion::SignalInstallReady, &loop, &QEventLoop::quit);
@@ -62,7 +54,7 @@ double engineRun(int files)
     loop.exec();
     const double seconds = timer.nsecsElapsed() / 1e9;
     std::printf("  engine: unpacked after %.2f s, moved in %.2f s\n", unpacked, seconds - unpacked);
-    if (p->GetInstallState() != QMK_STATE_INSTALL_OK || engine.GetErrorCount() != 0) {
+    if (bench.product->GetInstallState() != QMK_STATE_INSTALL_OK || engine.GetErrorCount() != 0) {
         std::fprintf(stderr, "install failed: %s\n", qPrintable(engine.GetResult()));
         return -1;
     }

@@ -77,18 +77,10 @@ Result engineRun()
     TempAppDir app;
     QTemporaryDir work(QStringLiteral("/tmp/bench_update_XXXXXX"));
     const QString productRoot = work.path() + QStringLiteral("/Product");
-    if (!previousCycleInto(productRoot))
+    EngineInstall bench;
+    if (!bench.prepare(productRoot))
         return result;
-    CDSVersion engine;
-    engine.Init(QStringLiteral("1.0"));
-    if (!holdArchive(engine.GetCycleDirectory()))
-        return result;
-    CProductList products;
-    CInstallGroupList groups;
-    CProduct* p =
-        DatasetFiles::addNavDataProduct(products, QStringLiteral("Bench product"), QStringLiteral("DS"), productRoot);
-    groups.AssignProduct(p);
-    engine.SetProductList(&products);
+    CDSVersion& engine = bench.engine;
 
     QEventLoop loop;
     QObject::connect(&engine, &CDSVersion::SignalInstallReady, &loop, &QEventLoop::quit);
@@ -104,7 +96,7 @@ Result engineRun()
     result.moveSeconds = result.seconds - unpacked;
     std::printf("  engine: unpacked after %.2f s, moved in %.2f s\n", unpacked, result.moveSeconds);
     result.gapMs = gaps.largestMs();
-    if (p->GetInstallState() != QMK_STATE_INSTALL_OK) {
+    if (bench.product->GetInstallState() != QMK_STATE_INSTALL_OK) {
         std::fprintf(stderr, "engine install failed: %s\n", qPrintable(engine.GetResult()));
         result.seconds = -1;
     }
