@@ -8,6 +8,7 @@
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
+#include "support/UserInput.h"
 #include "ui/DlgRemoveBackup.h"
 #include "ui/DlgResetDataset.h"
 #include "ui/QuillmarkMainWindow.h"
@@ -31,6 +32,7 @@
 #include <memory>
 
 using namespace DatasetFiles;
+using namespace UserInput;
 
 namespace {
 const QByteArray kOldCycle = "AIRAC cycle    : 1801\r\nRevision       : 1\r\n";
@@ -159,19 +161,6 @@ struct UpdateEnv
 dlgUpdateDatasetVersion* asUpdate(QDialog* dialog)
 {
     return qobject_cast<dlgUpdateDatasetVersion*>(dialog);
-}
-
-// Where a user clicks a check box: on its box, not somewhere in the stretched row.
-void tick(QCheckBox* box)
-{
-    QVERIFY(box->isEnabled());
-    QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
-}
-
-void click(QWidget* button)
-{
-    QVERIFY2(button->isVisible() && button->isEnabled(), qPrintable(static_cast<QPushButton*>(button)->text()));
-    QTest::mouseClick(button, Qt::LeftButton);
 }
 
 // Every file that was there before is still there unchanged, or its bytes lie in the backup

@@ -8,8 +8,8 @@
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
+#include "support/UserInput.h"
 #include "ui/CDialogFactory.h"
-#include "ui/CvlActionBtn.h"
 #include "ui/DlgBase.h"
 #include "ui/DlgHelp.h"
 #include "ui/DlgVLSettings.h"
@@ -34,6 +34,8 @@
 using namespace DatasetFiles;
 
 // Counts how often its work is stopped, and how.
+using UserInput::caption;
+
 class CountingDlg : public DlgBase
 {
 public:
@@ -58,8 +60,6 @@ class TestDialogs : public QObject
                           type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
         QApplication::sendEvent(target, &event);
     }
-
-    static QString caption(QWidget* actionButton) { return static_cast<CvlActionBtn*>(actionButton)->GetCaption(); }
 
     // A main window on the sample catalogue in its own program folder (quiet settings: no network),
     // with its message boxes and dialogs taken by the test.

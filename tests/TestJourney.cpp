@@ -7,7 +7,7 @@
 #include "support/NginxServer.h"
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
-#include "ui/CvlActionBtn.h"
+#include "support/UserInput.h"
 #include "ui/DlgBackupRun.h"
 #include "ui/DlgVLSettings.h"
 #include "ui/QuillmarkMainWindow.h"
@@ -34,6 +34,7 @@
 #include <memory>
 
 using namespace DatasetFiles;
+using namespace UserInput;
 
 namespace {
 const QByteArray kVersionList = "Revision: 1\n1802\n";
@@ -46,24 +47,6 @@ const QStringList kDatasets{"XP11NAV", "XP10NAV"};
 QByteArray sha1(const QByteArray& bytes)
 {
     return QCryptographicHash::hash(bytes, QCryptographicHash::Sha1).toHex();
-}
-
-void click(QWidget* widget)
-{
-    QVERIFY2(widget->isVisible() && widget->isEnabled(), widget->metaObject()->className());
-    QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, widget->rect().center());
-}
-
-// Where a user clicks a check box: on its box.
-void tick(QCheckBox* box)
-{
-    QVERIFY(box->isEnabled());
-    QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
-}
-
-QString caption(QWidget* actionButton)
-{
-    return static_cast<CvlActionBtn*>(actionButton)->GetCaption();
 }
 
 // Compares two trees of checksums and names every difference, so a failure says what was lost.

@@ -3,6 +3,7 @@
 #include "support/MessageBoxSpy.h"
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
+#include "support/UserInput.h"
 #include "ui/CvlActionBtn.h"
 #include "ui/CvlFilterCmb.h"
 #include "ui/QuillmarkMainWindow.h"
@@ -32,6 +33,8 @@
 #include <algorithm>
 
 // Answers every text with a marked version, so that a caption left untranslated stands out.
+using UserInput::caption;
+
 class MarkingTranslator : public QTranslator
 {
 public:
@@ -62,8 +65,6 @@ class TestMainWindow : public QObject
                           type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
         QApplication::sendEvent(target, &event);
     }
-
-    static QString caption(QWidget* button) { return static_cast<CvlActionBtn*>(button)->GetCaption(); }
 
     // A new window over the catalogue, X-Plane 11 in its simulator folder.
     void openWindow(SampleCatalogue catalogue)

@@ -7,6 +7,7 @@
 #include "support/SampleCatalogue.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
+#include "support/UserInput.h"
 #include "ui/DlgVLSettings.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlMessageLabel.h"
@@ -22,6 +23,7 @@
 #include <memory>
 
 using namespace DatasetFiles;
+using namespace UserInput;
 
 namespace {
 const QString Release = QStringLiteral("VL_QUILLMARK_V124_MAC");
@@ -37,11 +39,6 @@ bool makeRelease(const QString& serverRoot)
     writeFile(work.filePath(Release + "/qmk_au.app/qmk_au"), "updater");
     QDir().mkpath(serverRoot + "/downloads/quillmark");
     return zipFolder(work.path(), serverRoot + ArchivePath, QString()).isEmpty();
-}
-
-void click(QWidget* button)
-{
-    QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
 }
 } // namespace
 
