@@ -33,6 +33,7 @@ DownloadManager::~DownloadManager()
 void DownloadManager::DownloadFile(const QUrl& url, bool saveToFile, QString directory)
 {
     stLastError = 0;
+    m_lastFailure = CFailureReason();
     m_saveToFile = saveToFile;
     m_url = url;
     m_urlPath = url.path(QUrl::FullyDecoded);
@@ -115,6 +116,8 @@ bool DownloadManager::sendRequest(const QUrl& url, const QString& openProblemUrl
                                 m_output.errorString();
         m_errors << message;
         m_log.WriteString(QStringLiteral("!!!Error: ") + message, false);
+        m_lastFailure = CFailureReason(CFailureReason::EKind::NotWritable, url.host(), 0, 0,
+                                       m_output.fileName() + QStringLiteral(": ") + m_output.errorString());
         return false;
     }
 
@@ -141,6 +144,7 @@ bool DownloadManager::sendRequest(const QUrl& url, const QString& openProblemUrl
 
     m_received = 0;
     m_writeError.clear();
+    m_attemptUrl = url;
     print(QByteArrayLiteral("Downloading ") + url.toEncoded() + QByteArrayLiteral("...\n"));
     m_downloadTime.start();
     m_log.WriteString(QStringLiteral("Start Download"), false);
@@ -212,6 +216,7 @@ void DownloadManager::downloadProgress(qint64 bytesReceived, qint64 bytesTotal)
         m_progressBar.setMessage(QString::number(bytesReceived) + QStringLiteral(" bytes"));
     m_progressBar.update();
 
+    emit SignalProgress(bytesReceived, bytesTotal, elapsed > 0 ? bytesReceived * 1000.0 / double(elapsed) : 0.0);
     const int percent = m_progressBar.percent();
     char line[48];
     const int n = std::snprintf(line, sizeof line, "Progress percent %d. \n", percent);
@@ -222,7 +227,11 @@ void DownloadManager::downloadProgress(qint64 bytesReceived, qint64 bytesTotal)
 void DownloadManager::downloadError(QNetworkReply::NetworkError code)
 {
     stLastError = int(code);
-    m_log.WriteString(QStringLiteral("!!!Error: Download-Error-ID=%1").arg(int(code)), false);
+    const CFailureReason reason =
+        CFailureReason::FromReply(m_reply, m_attemptUrl, code == QNetworkReply::RemoteHostClosedError && m_received > 0,
+                                  m_writeError);
+    m_log.WriteString(QStringLiteral("!!!Error: Download-Error-ID=%1 (%2)").arg(int(code)).arg(reason.LogText()),
+                      false);
 }
 
 void DownloadManager::slotSslErrors(const QList<QSslError>& errors)
@@ -267,13 +276,15 @@ void DownloadManager::downloadFinished()
         const QString message = QStringLiteral("Failed download file ") + m_lastFile + QLatin1Char('\n');
         m_errors << message << m_writeError;
         m_log.WriteString(message, false);
+        m_lastFailure = CFailureReason::FromReply(m_reply, m_attemptUrl, m_truncated, m_writeError);
     } else if (m_reply && m_reply->isOpen()) {
         if (m_reply->error() == QNetworkReply::NoError && !m_truncated) {
             print(QByteArrayLiteral("Succeeded."));
         } else {
             const QString message = QStringLiteral("Failed download file ") + m_lastFile + QLatin1Char('\n');
             m_errors << message;
-            m_log.WriteString(message, false);
+            m_lastFailure = CFailureReason::FromReply(m_reply, m_attemptUrl, m_truncated, m_writeError);
+            m_log.WriteString(message.trimmed() + QStringLiteral(": ") + m_lastFailure.LogText(), false);
         }
     }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/CMyLog.h"
+#include "engine/CFailureReason.h"
 #include "engine/TextProgressBar.h"
 
 #include <QByteArray>
@@ -44,6 +45,8 @@ public:
 
     // Error code of the last failed network operation of any DownloadManager; 0 when none.
     static int stLastError;
+    // Why the last transfer of this downloader failed; unset after a success or a stop.
+    const CFailureReason& LastFailure() const { return m_lastFailure; }
 
 private:
     void failWrite();
@@ -72,6 +75,8 @@ private:
     qint64 m_received = 0;    // body bytes of the current attempt
     bool m_truncated = false; // the current attempt ended short of its Content-Length
     QString m_writeError;     // why the received bytes could not all be written; empty when they were
+    QUrl m_attemptUrl;        // the address of the current attempt
+    CFailureReason m_lastFailure;
 
 public slots:
     void stopDownloadSlot();
@@ -81,6 +86,8 @@ signals:
     // data holds the last chunk that arrived.
     void SignalFinished(QString urlPath, QString file, QStringList errors, QByteArray data);
     void SignalChangePercent(int percent);
+    // Bytes so far, the total (-1 while unknown) and the speed since the transfer began.
+    void SignalProgress(qint64 received, qint64 total, double bytesPerSecond);
 
 private slots:
     void downloadProgress(qint64 bytesReceived, qint64 bytesTotal);

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+Q_DECLARE_METATYPE(CFailureReason::EKind)
+
 #include <cmath>
 #include <limits>
 
@@ -84,40 +86,42 @@ private slots:
         QTest::addColumn<bool>("failed");         // "Failed download file" reported
         QTest::addColumn<QByteArray>("fileLeft"); // content of the target file afterwards
         QTest::addColumn<QStringList>("logLines");
+        QTest::addColumn<CFailureReason::EKind>("reason"); // what the user is told after a failure
 
+        using K = CFailureReason::EKind;
         const QByteArray body = sample(300000);
         using F = TestServer::Fault;
         QTest::newRow("plain success") << "http" << Credentials << "/quillmark/a.zip" << F::None << false << 1 << 0 << 0
-                                       << 0 << false << body << QStringList{"Start Download", "downloadFinished"};
+                                       << 0 << false << body << QStringList{"Start Download", "downloadFinished"} << K::None;
         QTest::newRow("server error, repeat succeeds")
             << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << true << 2 << 0 << 0
             << int(QNetworkReply::InternalServerError) << false << body
-            << QStringList{"!!!Error: Download-Error-ID=401", "Run Download2"};
+            << QStringList{"!!!Error: Download-Error-ID=401", "Run Download2"} << K::None;
         QTest::newRow("server error twice")
             << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << false << 2 << 0 << 0
             << int(QNetworkReply::InternalServerError) << true << QByteArray("Internal Server Error")
-            << QStringList{"Run Download2", "Failed download file"};
+            << QStringList{"Run Download2", "Failed download file"} << K::ServerError;
         QTest::newRow("wrong credentials")
             << "http" << QByteArray("webclient:wrong") << "/quillmark/a.zip" << F::None << false << 2 << 0 << 0
             << int(QNetworkReply::AuthenticationRequiredError) << true << QByteArray("Unauthorized")
-            << QStringList{"!!!Error: Download-Error-ID=204"};
+            << QStringList{"!!!Error: Download-Error-ID=204 (credentials refused (HTTP 401))"} << K::CredentialsRefused;
         QTest::newRow("missing file") << "http" << Credentials << "/quillmark/missing.zip" << F::None << false << 2 << 0
                                       << 0 << int(QNetworkReply::ContentNotFoundError) << true
-                                      << QByteArray("Not Found") << QStringList{"!!!Error: Download-Error-ID=203"};
+                                      << QByteArray("Not Found") << QStringList{"!!!Error: Download-Error-ID=203 (file missing on the server (HTTP 404))"} << K::FileMissing;
         QTest::newRow("closed mid-body, repeat succeeds")
             << "http" << Credentials << "/quillmark/a.zip" << F::CloseMidBody << true << 2 << 1 << 0
-            << int(QNetworkReply::RemoteHostClosedError) << false << body << QStringList{"Run Download2"};
+            << int(QNetworkReply::RemoteHostClosedError) << false << body << QStringList{"Run Download2"} << K::None;
         QTest::newRow("closed mid-body twice leaves the half")
             << "http" << Credentials << "/quillmark/a.zip" << F::CloseMidBody << false << 2 << 2 << 0
             << int(QNetworkReply::RemoteHostClosedError) << true << body.left(body.size() / 2)
-            << QStringList{"Failed download file"};
+            << QStringList{"Failed download file"} << K::ConnectionLost;
         QTest::newRow("tls refused, plain repeat succeeds")
             << "https" << Credentials << "/quillmark/a.zip" << F::None << false << 1 << 0 << 1
             << int(QNetworkReply::SslHandshakeFailedError) << false << body
-            << QStringList{"!!!Error: SSL-Error", "Run Download2"};
+            << QStringList{"!!!Error: SSL-Error", "Run Download2"} << K::None;
         QTest::newRow("connection refused") << "refused" << Credentials << "/quillmark/a.zip" << F::None << false << 0
                                             << 0 << 0 << int(QNetworkReply::ConnectionRefusedError) << true
-                                            << QByteArray() << QStringList{"!!!Error: Download-Error-ID=1"};
+                                            << QByteArray() << QStringList{"!!!Error: Download-Error-ID=1 (connection refused)"} << K::Refused;
     }
 
     void transfer()
@@ -134,6 +138,7 @@ private slots:
         QFETCH(bool, failed);
         QFETCH(QByteArray, fileLeft);
         QFETCH(QStringList, logLines);
+        QFETCH(CFailureReason::EKind, reason);
 
         TempAppDir app;
         const QString downloads = app.filePath(QStringLiteral("downloads"));
@@ -176,6 +181,8 @@ private slots:
             QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('|')));
         QCOMPARE(readAll(target), fileLeft);
         QVERIFY(manager.credentials.isEmpty());
+        QCOMPARE(manager.LastFailure().Kind(), reason);
+        QCOMPARE(manager.LastFailure().CouldNotConnect(), reason == CFailureReason::EKind::Refused);
 
         const QByteArray log = app.readFile(QStringLiteral("log/Download_log.txt"));
         for (const QString& line : logLines)
