@@ -65,6 +65,10 @@ CDSVersion::CDSVersion(QObject* parent) : QObject(parent), m_strVersionListName(
 
     connect(&m_downloader, &DownloadManager::SignalFinished, this, &CDSVersion::downloadFinishedSlot);
     connect(&m_downloader, &DownloadManager::SignalChangePercent, this, &CDSVersion::ChangePercentSlot);
+    connect(&m_downloader, &DownloadManager::SignalProgress, this, [this](qint64 received, qint64 total, double speed) {
+        if (IsActiveRun(ERun::Download))
+            emit SignalDownloadProgress(received, total, speed);
+    });
     connect(this, &CDSVersion::SignalStopDownload, &m_downloader, &DownloadManager::stopDownloadSlot);
 
     // A worker's end comes with the tag of the run that started it, so that the end of a stopped
@@ -219,6 +223,7 @@ void CDSVersion::SearchForNewVersion(bool byHand)
 {
     BeginRun(ERun::Search);
     m_bSearchByHand = byHand;
+    m_lastFailure = CFailureReason();
     m_strNewVersion.clear();
     m_strNewVersionDig.clear();
     DownloadVersionListTxt();
@@ -325,6 +330,7 @@ QString CDSVersion::GetTargetRevision() const
 void CDSVersion::DownloadNewDSVersion()
 {
     m_datasetQueue.clear();
+    m_lastFailure = CFailureReason();
     m_log.WriteString(QStringLiteral("--Download Datasets"), false);
     if (!m_pProductList)
         return;
@@ -435,6 +441,7 @@ bool CDSVersion::DownloadDataset(const QString& dataset)
 // A dataset that could not be asked for counts as a failed download, not as a skipped one.
 bool CDSVersion::FailDatasetRequest(const QString& dataset, const QString& reason)
 {
+    m_lastFailure = CFailureReason(CFailureReason::EKind::NotWritable, m_strServer, 0, 0, reason);
     SetProdDownloadError();
     WriteResult(tr("Download failed") + QLatin1Char(' ') + m_strCurrentArchive, true);
     m_log.WriteString(QStringLiteral("!!ERROR ") + tr("Failed download file:") + QLatin1Char(' ') + dataset +
@@ -460,6 +467,7 @@ void CDSVersion::downloadFinishedSlot(QString url, QString file, QStringList err
             partial = (name == m_strVersionListName ? m_strDownloadDir : m_strCycleDir) + QLatin1Char('/') + name;
         if (QFileInfo(partial).isFile())
             QFile::remove(partial);
+        m_lastFailure = m_downloader.LastFailure();
         emit SignalDownloadError();
     }
 

@@ -102,6 +102,8 @@ public:
     QStringList GetLocalDatasetList() const;
     static bool CheckZipExtension(QString& fileName);
     const QStringList& GetDatasetQueue() const { return m_datasetQueue; }
+    // Why the last request of a search or download failed; unset when none did.
+    const CFailureReason& GetLastFailure() const { return m_lastFailure; }
 
     // --- unzip and install ---
     bool InstallProducts();
@@ -168,6 +170,8 @@ signals:
     void SignalDownloadError();
     void SignalStopDownload();
     void SignalChangePercent(int percent);
+    // Bytes of the current dataset so far, its size (-1 while unknown) and the speed.
+    void SignalDownloadProgress(qint64 received, qint64 total, double bytesPerSecond);
 
     void SignalUnzippProduct(QString name);
     void SignalBeginCopyThead(quint64 total);
@@ -265,6 +269,7 @@ private:
     CProduct* m_pSingleProduct = nullptr;
 
     QStringList m_datasetQueue;
+    CFailureReason m_lastFailure;
     int m_iDownloadIndex = -1;
     QString m_strCurrentArchive;
     QString m_strCurrentDataset;

@@ -98,7 +98,7 @@ void CQMKVersion::requestFile(const QString& fileName)
         m_strErrorText = QStringLiteral("Problem opening save file ") + m_strDownloadDir + QLatin1Char('/') + fileName +
                          QStringLiteral(": ") + reason + QStringLiteral("\r\n");
         m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
-        m_nNetworkError = 0;
+        m_lastFailure = CFailureReason(CFailureReason::EKind::NotWritable, m_strServer, 0, 0, reason);
         QTimer::singleShot(0, this, &CQMKVersion::SignalDownloadError);
         return;
     }
@@ -132,12 +132,6 @@ bool CQMKVersion::ShowQMKDownloadDlg()
     return !m_bSearch || NewQMKVersionAvailable();
 }
 
-bool CQMKVersion::ConnectionFailed() const
-{
-    // Qt numbers the errors below the HTTP answer (connection, TLS, proxy) under 200.
-    return m_nNetworkError > 0 && m_nNetworkError < 200;
-}
-
 void CQMKVersion::DownloadNewQMKVersion()
 {
     requestFile(m_strZipName);
@@ -154,7 +148,7 @@ void CQMKVersion::downloadFinishedSlot(QString urlPath, QString filePath, QStrin
     for (const QString& error : errors)
         m_strErrorText += error + QStringLiteral("\r\n");
 
-    m_nNetworkError = errors.isEmpty() ? 0 : DownloadManager::stLastError;
+    m_lastFailure = errors.isEmpty() ? CFailureReason() : m_downloadManager.LastFailure();
     if (!errors.isEmpty()) {
         m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
         emit SignalDownloadError();

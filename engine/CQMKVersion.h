@@ -35,9 +35,8 @@ public:
     // check started by hand (it then reports being up to date or failing too), after an automatic
     // one only when there is a newer version.
     bool ShowQMKDownloadDlg();
-    // The last transfer failed before the server answered (refused, unreachable, timed out); an
-    // answer such as 404 is not one.
-    bool ConnectionFailed() const;
+    // Why the last transfer failed; unset after a success.
+    const CFailureReason& GetLastFailure() const { return m_lastFailure; }
     void DownloadNewQMKVersion();
     bool InstallQuillmark();
     void moveDirCentents(const QString& source, const QString& target);
@@ -103,5 +102,5 @@ private:
 
     QString m_strServer;
     bool m_bTransferRunning = false;
-    int m_nNetworkError = 0; // of the last failed transfer, as the downloader reported it
+    CFailureReason m_lastFailure;
 };

@@ -84,6 +84,11 @@ void CDataModel::Init(QString version)
     m_strVersion = version;
     InitBase();
     InitProp();
+    // The version in force is the one the catalogue or the settings name, else the build's own;
+    // the placeholder the application starts with is never compared with a release.
+    if (Application::st_strVersion.isEmpty() || Application::st_strVersion == QLatin1String("MPLET"))
+        Application::setApplicationVersionEx(QStringLiteral(QUILLMARK_BUILD_VERSION));
+    m_strVersion = Application::st_strVersion;
     InitProductParentCategory();
     // Every product's folder is known from the start, not only once its card has been built.
     for (int i = 0; i < m_products.GetSize(); ++i)
@@ -132,7 +137,8 @@ void CDataModel::QMKVersionCheckFailedSlot()
 void CDataModel::FinishQMKCheck()
 {
     m_bQMKCheckPending = false;
-    if (m_qmkVersion.ShowQMKDownloadDlg()) {
+    const bool shown = m_qmkVersion.ShowQMKDownloadDlg();
+    if (shown) {
         CDialogRoute::Run(EDlgPurpose::UpdateQuillmark, this,
                           QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "Quillmark Update")));
         m_log.WriteString(QStringLiteral("Show dlgUpdateQMKVersion"), false);
@@ -144,6 +150,12 @@ void CDataModel::FinishQMKCheck()
     // A check by hand later in the run leaves the dataset engine as it is.
     if (!m_bDSStarted)
         InitDSVersion();
+    // A press during the start-up check has had its answer if that check showed the dialog.
+    if (m_bQMKByHandQueued) {
+        m_bQMKByHandQueued = false;
+        if (!shown)
+            RunUpdateQuillmark();
+    }
 }
 
 void CDataModel::QMKInstallerStartedSlot()
@@ -155,9 +167,12 @@ void CDataModel::QMKInstallerStartedSlot()
 
 void CDataModel::RunUpdateQuillmark()
 {
-    // The check of the start still runs; the downloader takes one transfer at a time.
-    if (m_bQMKCheckPending)
+    // The check of the start still runs and the downloader takes one transfer at a time: the
+    // press is answered when that check ends.
+    if (m_bQMKCheckPending) {
+        m_bQMKByHandQueued = true;
         return;
+    }
     m_bQMKCheckPending = true;
     m_qmkVersion.SearchForNewVersion(false);
 }
@@ -183,13 +198,18 @@ void CDataModel::InitDSVersion()
 
 void CDataModel::CheckHighVersionFinishedSlot()
 {
+    // A search the open dialog started is answered in that dialog.
+    if (m_bUpdateDialogOpen)
+        return;
     InitProdUpdateListForUpdateOrReset(false);
     // The engine's own comparison: a list that could not be read offers no cycle at all, so an
     // automatic check that failed stays silent.
     if (!m_dsVersion.NewDSVersionAvailable() && !m_dsVersion.GetSearchByHand())
         return;
+    m_bUpdateDialogOpen = true;
     CDialogRoute::Run(EDlgPurpose::UpdateDatasets, this,
                       QStringLiteral(QT_TRANSLATE_NOOP("DlgBase", "Product-Dataset Update")));
+    m_bUpdateDialogOpen = false;
     m_log.WriteString(QStringLiteral("Show dlgUpdateDatasetVersion"), false);
     // A run from one card ends with its dialog; the next one is for the selection again.
     m_dsVersion.SetSingleProduct(nullptr);

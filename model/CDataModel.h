@@ -153,6 +153,10 @@ private:
     CQMKVersion m_qmkVersion;
     CDSVersion m_dsVersion;
     bool m_bQMKCheckPending = false;
+    // "run updater manually" was pressed while the start-up check still ran.
+    bool m_bQMKByHandQueued = false;
+    // The update dialog is open; a search it starts itself is answered there.
+    bool m_bUpdateDialogOpen = false;
     bool m_bDSStarted = false;
     bool m_bClosing = false;
     CInstallGroupList m_installGroups;

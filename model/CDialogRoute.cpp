@@ -41,14 +41,15 @@ int CDialogRoute::Exec(QDialog* dialog)
         QTimer::singleShot(0, dialog, [guard, h] {
             if (guard && guard->isVisible())
                 h(guard.data());
-            if (guard && guard->isVisible())
+            // A dialog may ask once before it closes; the second time it goes.
+            for (int i = 0; i < 2 && guard && guard->isVisible(); ++i)
                 guard->reject();
         });
     }
     const int result = dialog->exec();
     // QCoreApplication::exit ends the modal loop without closing the dialog; close it, so that its
     // work is stopped before it is destroyed.
-    if (guard && guard->isVisible())
+    for (int i = 0; i < 2 && guard && guard->isVisible(); ++i)
         guard->reject();
     return result;
 }

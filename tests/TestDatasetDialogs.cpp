@@ -246,45 +246,86 @@ private slots:
             QVERIFY2(cycle.startsWith("- installed ( V. 1802 R. 1 )"), qPrintable(cycle));
     }
 
+    // What the dialog offers when it opens, and what Return then does: the server's cycle whenever
+    // it differs from the local copy, a downloaded cycle that waits to be installed, or why nothing
+    // can be had.
     void startStates_data()
     {
-        QTest::addColumn<QString>("server"); // "up", "down" (nothing listens) or "empty list"
-        QTest::addColumn<bool>("localCopy"); // 1802 already downloaded
+        QTest::addColumn<QString>("server");   // "up", "down" (nothing listens) or "empty list"
+        QTest::addColumn<QByteArray>("offer"); // the server's list
+        QTest::addColumn<QString>("local");    // cycle downloaded earlier; empty: none
+        QTest::addColumn<QString>("onCycle");  // cycle the product carries
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("error");
-        QTest::newRow("new cycle") << "up" << false << 1 << "1802 ready for download." << false;
-        QTest::newRow("server unreachable") << "down" << false << 2 << "Failed to connect to Velmora-Server." << true;
-        QTest::newRow("empty list") << "empty list" << false << 2 << "There are no new updates available." << false;
-        QTest::newRow("up to date") << "up" << true << 3 << "There are no new updates available." << false;
-        QTest::newRow("unreachable, a local copy")
-            << "down" << true << 2 << "Failed to connect to Velmora-Server." << true;
+        QTest::addColumn<QString>("reason"); // part of the line under the message
+        QTest::addColumn<QString>("step");   // the default button: Download, Install, Retry or Ok
+        const QByteArray offer1802 = "Revision: 1\n1802\n";
+        QTest::newRow("new cycle") << "up" << offer1802 << "" << "1801" << 1 << "1802 ready for download." << false
+                                   << "" << "Download";
+        QTest::newRow("newer than the local copy") << "up" << QByteArray("Revision: 1\n1803\n") << "1802" << "1802"
+                                                   << 1 << "1803 ready for download." << false << "" << "Download";
+        QTest::newRow("downloaded, not installed") << "up" << offer1802 << "1802" << "1801" << 9
+                                                   << "Cycle 1802 is downloaded and ready to install." << false << ""
+                                                   << "Install";
+        QTest::newRow("up to date") << "up" << offer1802 << "1802" << "1802" << 3
+                                    << "There are no new updates available." << false << "" << "Ok";
+        QTest::newRow("server unreachable") << "down" << offer1802 << "" << "1801" << 2
+                                            << "Failed to connect to Velmora-Server." << true
+                                            << "127.0.0.1:1 refused the connection" << "Retry";
+        QTest::newRow("credentials refused") << "401" << offer1802 << "" << "1801" << 2
+                                             << "versionList.txt Download failed." << true << "(HTTP 401)" << "Retry";
+        QTest::newRow("unreachable, a local copy waiting")
+            << "down" << offer1802 << "1802" << "1801" << 9 << "Cycle 1802 is downloaded and ready to install."
+            << false << "refused the connection" << "Install";
+        QTest::newRow("empty list") << "empty list" << QByteArray() << "" << "1801" << 2
+                                    << "There are no new updates available." << false << "" << "Ok";
     }
 
     void startStates()
     {
         QFETCH(QString, server);
-        QFETCH(bool, localCopy);
+        QFETCH(QByteArray, offer);
+        QFETCH(QString, local);
+        QFETCH(QString, onCycle);
         QFETCH(int, state);
         QFETCH(QString, message);
         QFETCH(bool, error);
+        QFETCH(QString, reason);
+        QFETCH(QString, step);
 
         UpdateEnv env;
         env.addProduct("Alpha", "DS1", true);
-        env.serveCycle({"DS1"}, server == "empty list" ? QByteArray() : QByteArray("Revision: 1\n1802\n"));
-        if (localCopy)
-            env.holdLocally({"DS1"});
-        bool downloadOffered = false;
+        env.serveCycle({"DS1"}, offer);
+        if (!local.isEmpty())
+            env.holdLocally({"DS1"}, "Revision: 1\n" + local.toUtf8() + "\n");
+        if (onCycle == "1802")
+            writeFile(env.productRoot("Alpha") + "/NavData/cycle_info.txt", kNewCycle);
+        if (server == "401")
+            env.http->setCredentials("someone:else");
+        QString offered, defaultButton, reasonShown;
         env.driver.then([&](QDialog* d) {
             dlgUpdateDatasetVersion* dialog = asUpdate(d);
             QCOMPARE(dialog->GetState(), state);
             QCOMPARE(dialog->GetMessageLabel()->text(), message);
             QCOMPARE(dialog->GetMessageLabel()->IsError(), error);
-            downloadOffered = dialog->GetDownloadButton()->isVisible() && dialog->GetDownloadButton()->isEnabled();
+            reasonShown = dialog->GetReasonLabel()->isVisible() ? dialog->GetReasonLabel()->text() : QString();
+            offered = dialog->GetVersionCombo()->currentText();
+            for (VlPushButton* b : dialog->findChildren<VlPushButton*>())
+                if (b->isDefault() && b->isVisible())
+                    defaultButton = b->text();
+            // The label never reads "Cycle V.  R. 1" without a cycle.
+            QVERIFY(!dialog->GetVersionCombo()->itemText(0).contains("V.  R."));
         });
         QVERIFY(env.open(server == "down" ? QString("127.0.0.1:1") : QString()));
         QVERIFY(env.clickUpdate());
-        QCOMPARE(downloadOffered, state == 1);
+        QCOMPARE(defaultButton, step);
+        QVERIFY2(reason.isEmpty() ? reasonShown.isEmpty() : reasonShown.contains(reason), qPrintable(reasonShown));
+        // The choice the dialog opens with is the step it offers, never last month's cycle.
+        if (step == "Install")
+            QVERIFY2(offered.endsWith("( Local )"), qPrintable(offered));
+        if (step == "Download")
+            QVERIFY2(offered.endsWith("( Velmora-Server )"), qPrintable(offered));
         QCOMPARE(checksums(env.work.path()), env.before);
     }
 
@@ -300,7 +341,8 @@ private slots:
             VlBigComboBox* combo = dialog->GetVersionCombo();
             QCOMPARE(combo->count(), 2);
             QCOMPARE(combo->itemText(1), QString("Cycle V. 1802 R. 1 ( Local )"));
-            QCOMPARE(combo->currentIndex(), 1); // the settings ask for the local copy
+            QCOMPARE(combo->currentIndex(), 0); // the server offers a newer cycle
+            combo->setCurrentIndex(1);
             QVERIFY(dialog->GetInstallButton()->isVisible());
             QVERIFY(!dialog->GetInstallButton()->isEnabled());
             QVERIFY(dialog->GetDownloadButton()->isHidden());
@@ -371,7 +413,7 @@ private slots:
         env.addProduct("Alpha", "DS1", false);
         env.serveCycle({"DS1"});
         if (local)
-            env.holdLocally({"DS1"}, "Revision: 1\n1801\n");
+            env.holdLocally({"DS1"});
         env.driver.then([&](QDialog* d) {
             dlgUpdateDatasetVersion* dialog = asUpdate(d);
             const int state = dialog->GetState();
@@ -399,11 +441,16 @@ private slots:
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("error");
-        QTest::newRow("server gone") << "gone" << 6 << "Failed to connect to Velmora-Server." << true;
-        QTest::newRow("401") << "401" << 6 << "DS1 Download failed." << false;
-        QTest::newRow("500") << "500" << 6 << "DS1 Download failed." << false;
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("server gone") << "gone" << 6 << "Failed to connect to Velmora-Server." << true
+                                     << "refused the connection";
+        // An answer that refuses the file keeps the file's own text; Return then repeats the step.
+        QTest::newRow("401, then Retry") << "401" << 6 << "DS1 Download failed." << true
+                                         << "refused the credentials (HTTP 401)";
+        QTest::newRow("500") << "500" << 6 << "DS1 Download failed." << true << "server error (HTTP 500)";
         // What did arrive can be installed; the failure is counted in the message.
-        QTest::newRow("closed mid-archive") << "close" << 5 << "Update 1802 downloaded. Error (1) " << true;
+        QTest::newRow("closed mid-archive") << "close" << 5 << "Update 1802 downloaded. Error (1) " << true
+                                            << "broke off during the download";
     }
 
     void downloadFaults()
@@ -412,6 +459,7 @@ private slots:
         QFETCH(int, state);
         QFETCH(QString, message);
         QFETCH(bool, error);
+        QFETCH(QString, reason);
 
         UpdateEnv env;
         env.addProduct("Alpha", "DS1", true);
@@ -435,8 +483,17 @@ private slots:
             QCOMPARE(dialog->GetState(), state);
             QCOMPARE(dialog->GetMessageLabel()->text(), message);
             QCOMPARE(dialog->GetMessageLabel()->IsError(), error);
+            QVERIFY2(dialog->GetReasonLabel()->text().contains(reason), qPrintable(dialog->GetReasonLabel()->text()));
             QVERIFY(dialog->isVisible());
             QCOMPARE(dialog->GetInstallButton()->isVisible(), state == 5);
+            QCOMPARE(dialog->GetRetryButton()->isVisible(), state == 6);
+            if (fault == "401") {
+                env.http->setCredentials("webclient:Q7x2Lm9p");
+                QTest::keyClick(dialog, Qt::Key_Return);
+                QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), 5, 20000);
+                QCOMPARE(dialog->GetMessageLabel()->text(), QString("Update 1802 downloaded."));
+                QVERIFY(dialog->GetReasonLabel()->isHidden());
+            }
         });
         QVERIFY(env.open());
         QVERIFY(env.clickUpdate());

@@ -274,7 +274,6 @@ private slots:
         Application::registerResources();
         Application::loadTranslations(QStringLiteral(":/lang"));
         Application::setLanguage(QStringLiteral("en_US"));
-        Application::st_strVersion = QStringLiteral("1.2.3");
         QVERIFY2(!NginxServer::binary().isEmpty(), "nginx is not installed; tools/test.sh installs nginx-light");
         QVERIFY(serveCycle());
         QVERIFY(serveRelease());
@@ -642,13 +641,18 @@ private slots:
         QTest::addColumn<int>("state");
         QTest::addColumn<QString>("message");
         QTest::addColumn<bool>("error");
+        QTest::addColumn<QString>("reason"); // the line under the message says what to do
         // The first archive is in; the second is cut off and its repeat finds no server.
         QTest::newRow("nginx stopped mid-download")
-            << "stop" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true;
+            << "stop" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true
+            << "refused the connection: the server is down. Try again later.";
         QTest::newRow("404 for one archive")
-            << "404" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true;
+            << "404" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true
+            << "does not have the file /quillmark/1802/XP10NAV.zip (HTTP 404)";
+        // nginx answered: this is no connection failure, and the user learns what to check.
         QTest::newRow("wrong credentials") << "credentials" << int(dlgUpdateDatasetVersion::StateNoList)
-                                           << "Failed to connect to Velmora-Server." << true;
+                                           << "versionList.txt Download failed." << true
+                                           << "refused the credentials (HTTP 401). Check that your subscription";
     }
 
     void faults()
@@ -657,6 +661,7 @@ private slots:
         QFETCH(int, state);
         QFETCH(QString, message);
         QFETCH(bool, error);
+        QFETCH(QString, reason);
 
         Program program;
         QVERIFY(program.prepare(m_server.hostAndPort(), false));
@@ -690,7 +695,7 @@ private slots:
 
         DialogDriver driver;
         int reached = -1;
-        QString text, installText, installResult;
+        QString text, installText, installResult, reasonText;
         bool shownError = false;
         driver.then([&](QDialog* d) {
             auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
@@ -708,6 +713,7 @@ private slots:
             }
             reached = dialog->GetState();
             text = dialog->GetMessageLabel()->text();
+            reasonText = dialog->GetReasonLabel()->text();
             shownError = dialog->GetMessageLabel()->IsError();
             // What did arrive can still be installed; the products of the missing archive wait.
             if (reached == dlgUpdateDatasetVersion::StateDownloaded) {
@@ -724,6 +730,7 @@ private slots:
         QCOMPARE(reached, state);
         QCOMPARE(text, message);
         QCOMPARE(shownError, error);
+        QVERIFY2(reasonText.contains(reason), qPrintable(reasonText));
         QCOMPARE(program.boxes.count(), 0);
         if (fault == "credentials")
             QVERIFY(

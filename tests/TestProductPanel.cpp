@@ -89,7 +89,6 @@ private slots:
     void initTestCase()
     {
         Application::registerResources();
-        Application::st_strVersion = QStringLiteral("1.2.3");
     }
 
     void init()

@@ -103,7 +103,6 @@ private slots:
         Application::registerResources();
         Application::loadTranslations(QStringLiteral(":/lang"));
         Application::setLanguage(QStringLiteral("en_US"));
-        Application::st_strVersion = QStringLiteral("1.2.3");
     }
 
     // Found at start, downloaded, unpacked and handed to the updater, all by clicks; the program
@@ -197,24 +196,30 @@ private slots:
         QTest::addColumn<bool>("error");
         QTest::addColumn<bool>("offered"); // Download can be pressed at the end
         QTest::addColumn<QString>("box");
+        QTest::addColumn<QString>("reason"); // the line under the message
 
         QTest::newRow("up to date") << QByteArray("123") << "look"
-                                    << "There are no new updates available." << false << false << "";
+                                    << "There are no new updates available." << false << false << "" << "";
+        // The press is answered once the check of the start has ended.
+        QTest::newRow("pressed during the start-up check") << QByteArray("123") << "during start"
+                                                           << "There are no new updates available." << false << false
+                                                           << "" << "";
         QTest::newRow("no server") << QByteArray("124") << "no server"
-                                   << "Failed to connect to Velmora-Server." << true << false << "";
+                                   << "Failed to connect to Velmora-Server." << true << false << ""
+                                   << "refused the connection";
         QTest::newRow("unusable version file")
             << QByteArray("1.2.4 beta") << "look"
-            << "No version information was found on the Velmora-Server." << true << false << "";
+            << "No version information was found on the Velmora-Server." << true << false << "" << "";
         QTest::newRow("release missing, then there") << QByteArray("124") << "404 then retry"
-                                                     << "Version 1.2.4 downloaded." << false << false << "";
+                                                     << "Version 1.2.4 downloaded." << false << false << "" << "";
         QTest::newRow("server gone before the download")
             << QByteArray("124") << "server gone"
-            << "Failed to connect to Velmora-Server." << true << true << "";
+            << "Failed to connect to Velmora-Server." << true << true << "" << "refused the connection";
         QTest::newRow("zip removed before the update")
             << QByteArray("124") << "remove zip"
-            << "Version 1.2.4 ready for download." << false << true << "Installation-File not found.";
+            << "Version 1.2.4 ready for download." << false << true << "Installation-File not found." << "";
         QTest::newRow("closed while downloading") << QByteArray("124") << "cancel"
-                                                  << "Run download." << false << false << "";
+                                                  << "Run download." << false << false << "" << "";
     }
 
     void byHand()
@@ -225,9 +230,14 @@ private slots:
         QFETCH(bool, error);
         QFETCH(bool, offered);
         QFETCH(QString, box);
+        QFETCH(QString, reason);
 
         Run run;
-        QVERIFY(run.prepare(false, false, version));
+        QVERIFY(run.prepare(course == "during start", false, version));
+        if (course == "during start") {
+            run.server->setFault(VersionPath, TestServer::Fault::Slow);
+            run.server->setSlowPace(1, 400);
+        }
         if (course != "404 then retry")
             QVERIFY(makeRelease(run.serverRoot.path()));
         if (course == "cancel") {
@@ -246,6 +256,8 @@ private slots:
         run.driver.then([&](QDialog* d) {
             auto* settings = qobject_cast<DlgVLSettings*>(d);
             QVERIFY(settings);
+            if (course == "during start")
+                QVERIFY(run.window->GetDataModel()->GetQMKVersion()->IsSearching());
             click(settings->GetQuillmarkRunButton());
             QVERIFY(!settings->GetQuillmarkRunButton()->isEnabled());
             QTRY_VERIFY_WITH_TIMEOUT(run.driver.count() == 2 && settings->GetQuillmarkRunButton()->isEnabled(), 20000);
@@ -261,11 +273,13 @@ private slots:
                 if (course != "cancel")
                     QTRY_VERIFY_WITH_TIMEOUT(dialog->GetState() != dlgUpdateQMKVersion::StateDownloading, 20000);
             };
-            if (course != "look" && course != "no server")
+            if (course != "look" && course != "no server" && course != "during start")
                 download();
             if (course == "404 then retry") {
                 QCOMPARE(dialog->GetMessageLabel()->text(), QStringLiteral("Download failed."));
                 QVERIFY(dialog->GetMessageLabel()->IsError() && dialog->GetDownloadButton()->isEnabled());
+                QVERIFY(dialog->GetReasonLabel()->text().contains("(HTTP 404)"));
+                QVERIFY(dialog->GetDownloadButton()->isDefault());
                 QVERIFY(makeRelease(run.serverRoot.path()));
                 download();
             }
@@ -278,6 +292,11 @@ private slots:
             text = dialog->GetMessageLabel()->text();
             shownError = dialog->GetMessageLabel()->IsError();
             downloadOffered = dialog->GetDownloadButton()->isVisible() && dialog->GetDownloadButton()->isEnabled();
+            QCOMPARE(dialog->GetReasonLabel()->isVisible(), !reason.isEmpty());
+            QVERIFY2(dialog->GetReasonLabel()->text().contains(reason), qPrintable(dialog->GetReasonLabel()->text()));
+            // Only a check that found no server can be asked again; it is what Return does then.
+            QCOMPARE(dialog->GetRetryButton()->isVisible(), course == "no server");
+            QCOMPARE(dialog->GetRetryButton()->isDefault(), course == "no server");
             click(course == "cancel" ? dialog->GetCancelButton() : dialog->GetOkButton());
         });
         click(run.window->GetActionButtons().at(3));

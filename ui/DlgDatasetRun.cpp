@@ -90,9 +90,14 @@ void DlgDatasetRun::AddMessageRow()
 {
     m_pMessage = new VlMessageLabel(this);
     m_pMessage->setWordWrap(true);
+    m_pReason = new VlMessageLabel(this);
+    m_pReason->setWordWrap(true);
+    m_pReason->SetError(true);
+    m_pReason->hide();
     auto* row = new QGridLayout;
     row->setContentsMargins(5, 10, 5, 0);
     row->addWidget(m_pMessage, 0, 0);
+    row->addWidget(m_pReason, 1, 0);
     GetContentLayout()->addLayout(row, NextRow(), 0);
 }
 
@@ -105,6 +110,7 @@ void DlgDatasetRun::AddProgressRow()
     m_pProgress->setMinimumHeight(16);
     m_pProgress->setRange(0, 100);
     m_pProgress->setValue(0);
+    m_pProgress->setTextVisible(false);
 
     m_pResultPane = new VlFoldPane(this);
     m_pResultPane->SetMinimumButtonWidth(90);
@@ -126,16 +132,30 @@ void DlgDatasetRun::AddProgressRow()
     GetContentLayout()->addLayout(pane, NextRow(), 0);
 }
 
-void DlgDatasetRun::AddButtonCell(VlPushButton* first, VlPushButton* second)
+void DlgDatasetRun::AddButtonCell(VlPushButton* first, VlPushButton* second, VlPushButton* third)
 {
     auto* cell = new QGridLayout;
     cell->setColumnStretch(0, 1);
     cell->addWidget(first, 0, 1);
     if (second)
         cell->addWidget(second, 0, 1);
+    if (third)
+        cell->addWidget(third, 0, 1);
     GetContentLayout()->addLayout(cell, NextRow(), 0);
     // The panes grow the dialog; the rows above keep their place.
     GetContentLayout()->setRowStretch(NextRow(), 1);
+}
+
+void DlgDatasetRun::SetStepButton(VlPushButton* step, bool focus)
+{
+    if (!step)
+        step = GetOkButton();
+    for (VlPushButton* button : findChildren<VlPushButton*>()) {
+        button->setAutoDefault(false);
+        button->setDefault(button == step);
+    }
+    if (focus && step->isVisibleTo(this) && step->isEnabled())
+        step->setFocus(Qt::OtherFocusReason);
 }
 
 void DlgDatasetRun::retranslate()
@@ -152,40 +172,48 @@ void DlgDatasetRun::retranslate()
     }
 }
 
+QList<CProduct*> DlgDatasetRun::ProductsToRun() const
+{
+    // A run from one product's card serves that product only.
+    if (m_pDSVersion && m_pDSVersion->GetSingleProduct())
+        return {m_pDSVersion->GetSingleProduct()};
+    QList<CProduct*> products;
+    if (CDataModel* model = GetDataModel())
+        for (int i = 0; i < model->GetProductListSize(); ++i)
+            if (CProduct* product = model->GetProductByIndex(i); product && product->GetUpdate())
+                products << product;
+    return products;
+}
+
 QString DlgDatasetRun::ProductSelectText() const
 {
     QString text;
-    // A run from one product's card serves that product only.
-    if (m_pDSVersion && m_pDSVersion->GetSingleProduct())
-        return QStringLiteral("  ") + m_pDSVersion->GetSingleProduct()->GetName() + QStringLiteral("\r\n");
-    CDataModel* model = GetDataModel();
-    if (!model)
-        return text;
-    for (int i = 0; i < model->GetProductListSize(); ++i) {
-        CProduct* product = model->GetProductByIndex(i);
-        if (product && product->GetUpdate())
-            text += QStringLiteral("  ") + product->GetName() + QStringLiteral("\r\n");
-    }
+    for (CProduct* product : ProductsToRun())
+        text += QStringLiteral("  ") + product->GetName() + QStringLiteral("\r\n");
     return text;
 }
 
 bool DlgDatasetRun::HasProductsToRun() const
 {
-    if (m_pDSVersion && m_pDSVersion->GetSingleProduct())
-        return true;
-    CDataModel* model = GetDataModel();
-    if (!model)
-        return false;
-    for (int i = 0; i < model->GetProductListSize(); ++i)
-        if (CProduct* product = model->GetProductByIndex(i); product && product->GetUpdate())
-            return true;
-    return false;
+    return !ProductsToRun().isEmpty();
 }
 
 void DlgDatasetRun::ShowMessage(const QString& text, bool error)
 {
     m_pMessage->setText(text);
     m_pMessage->SetError(error);
+}
+
+void DlgDatasetRun::ShowReason(const QString& text)
+{
+    m_pReason->setText(text);
+    m_pReason->setVisible(!text.isEmpty());
+}
+
+void DlgDatasetRun::SetProgressText(const QString& text)
+{
+    m_pProgress->setFormat(text);
+    m_pProgress->setTextVisible(!text.isEmpty());
 }
 
 void DlgDatasetRun::ShowReady(const QString& readyText)

@@ -5,6 +5,7 @@
 #include <QString>
 
 class CDSVersion;
+class CProduct;
 class QGridLayout;
 class QLabel;
 class QProgressBar;
@@ -30,6 +31,9 @@ public:
     VlFoldPane* GetProductsPane() const { return m_pProductsPane; }
     VlFoldPane* GetResultPane() const { return m_pResultPane; }
 
+    VlMessageLabel* GetReasonLabel() const { return m_pReason; }
+    // The products the run serves: the one of a card's run, else every selected one.
+    QList<CProduct*> ProductsToRun() const;
     // Text of the product-select pane: the products the run serves, one a line.
     QString ProductSelectText() const;
     // Whether the run has any product to work on (a single product, or at least one selected).
@@ -54,8 +58,10 @@ protected:
     void AddWarningBox(QWidget* extra = nullptr);
     void AddMessageRow();
     void AddProgressRow();
-    // The action buttons, right-aligned in one cell.
-    void AddButtonCell(VlPushButton* first, VlPushButton* second);
+    // The action buttons, right-aligned in one cell; only one of them shows at a time.
+    void AddButtonCell(VlPushButton* first, VlPushButton* second, VlPushButton* third = nullptr);
+    // Return presses `step` (Ok when null), and with `focus` the keyboard goes there too.
+    void SetStepButton(VlPushButton* step, bool focus);
     int NextRow() const;
     // The preferred height, or more when the rows need it, with room for a pane's margins so
     // that a fold-out pane grows the dialog by exactly its own height.
@@ -63,6 +69,10 @@ protected:
 
     // Message := text, coloured as an error when `error`.
     void ShowMessage(const QString& text, bool error = false);
+    // The line under the message that says what went wrong and what to do; empty hides it.
+    void ShowReason(const QString& text);
+    // Text inside the progress bar; empty shows none, so an idle bar does not read "0%".
+    void SetProgressText(const QString& text);
     // The end of a run: its message with the engine's error count (in error colour) when it
     // counted any, a full bar, and only "Ok" left to press.
     void ShowReady(const QString& readyText);
@@ -77,6 +87,7 @@ protected:
 
 private:
     VlMessageLabel* m_pMessage = nullptr;
+    VlMessageLabel* m_pReason = nullptr;
     QProgressBar* m_pProgress = nullptr;
     VlFoldPane* m_pProductsPane = nullptr;
     VlFoldPane* m_pResultPane = nullptr;

@@ -4,6 +4,8 @@
 #include "engine/CDSVersion.h"
 #include "engine/DownloadManager.h"
 #include "model/CDataModel.h"
+#include "model/CInstallGroup.h"
+#include "model/CProduct.h"
 #include "ui/VlBigComboBox.h"
 #include "ui/VlCheckBox.h"
 #include "ui/VlFoldPane.h"
@@ -15,26 +17,12 @@
 #include <QLabel>
 #include <QNetworkReply>
 #include <QProgressBar>
+#include <QSet>
 
 namespace {
-// The server could not be reached or dropped the connection, as opposed to an HTTP answer
-// refusing one file. A failed TLS attempt is retried over plain HTTP and so says nothing here.
-bool isConnectionFailure(int code)
+QString megabytes(qint64 bytes)
 {
-    switch (code) {
-    case QNetworkReply::ConnectionRefusedError:
-    case QNetworkReply::RemoteHostClosedError:
-    case QNetworkReply::HostNotFoundError:
-    case QNetworkReply::TimeoutError:
-    case QNetworkReply::TemporaryNetworkFailureError:
-    case QNetworkReply::NetworkSessionFailedError:
-    case QNetworkReply::UnknownNetworkError:
-    case QNetworkReply::ProxyConnectionRefusedError:
-    case QNetworkReply::ProxyNotFoundError:
-        return true;
-    default:
-        return false;
-    }
+    return QString::number(double(bytes) / (1024.0 * 1024.0), 'f', 1);
 }
 } // namespace
 
@@ -46,8 +34,13 @@ void dlgUpdateDatasetVersion::Init(CDataModel* model, QString title)
     m_iState = 0;
     DlgBase::Init(model, title);
     InitRun();
-    if (m_pDSVersion && m_pDSVersion->InitLocalVersion().isEmpty())
-        m_pDSVersion->SetLocalVersion(false);
+    // The first choice follows the server: its cycle whenever it offers one that differs from the
+    // local copy, the local copy only when the server has nothing new or could not be reached. A
+    // choice in the combo holds for this dialog only.
+    if (m_pDSVersion) {
+        const bool local = !m_pDSVersion->InitLocalVersion().isEmpty();
+        m_pDSVersion->SetLocalVersion(local && !m_pDSVersion->NewDSVersionAvailable());
+    }
     InitCtrls();
     InitSlots();
     retranslate();
@@ -77,22 +70,46 @@ void dlgUpdateDatasetVersion::InitCtrls()
 
     m_pDownload = new VlPushButton(this);
     m_pInstall = new VlPushButton(this);
-    m_pDownload->setMinimumWidth(180);
-    m_pInstall->setMinimumWidth(180);
-    m_pDownload->setEnabled(false);
-    m_pInstall->setEnabled(false);
+    m_pRetry = new VlPushButton(this);
+    for (VlPushButton* button : {m_pDownload, m_pInstall, m_pRetry}) {
+        button->setMinimumWidth(180);
+        button->setEnabled(false);
+    }
     m_pInstall->hide();
-    AddButtonCell(m_pDownload, m_pInstall);
+    m_pRetry->hide();
+    AddButtonCell(m_pDownload, m_pInstall, m_pRetry);
 
-    m_bNewVersion = m_pDSVersion && m_pDSVersion->NewDSVersionAvailable();
-    if (m_bNewVersion)
-        m_iState = StateNewVersion;
-    else if (!m_pDSVersion || m_pDSVersion->IsVersionListEmpty())
-        m_iState = StateNoList;
-    else
-        m_iState = StateUpToDate;
+    m_iState = StartState();
     InitVersionCmb();
     UpdateCtrls();
+}
+
+int dlgUpdateDatasetVersion::StartState()
+{
+    m_bNewVersion = m_pDSVersion && m_pDSVersion->NewDSVersionAvailable();
+    if (m_bNewVersion)
+        return StateNewVersion;
+    if (LocalCycleWaiting())
+        return StateReadyToInstall;
+    if (!m_pDSVersion || m_pDSVersion->IsVersionListEmpty())
+        return StateNoList;
+    return StateUpToDate;
+}
+
+bool dlgUpdateDatasetVersion::LocalCycleWaiting() const
+{
+    if (!m_pDSVersion || m_pDSVersion->GetLocalVersionText().isEmpty() ||
+        m_pDSVersion->GetLocalDatasetList().isEmpty())
+        return false;
+    const QString local = CDSVersion::cutDig(m_pDSVersion->GetLocalVersionText()) + m_pDSVersion->GetLocalRevision();
+    for (CProduct* product : ProductsToRun()) {
+        // Two statements: reading the cycle sets the revision.
+        QString installed = product->GetCycleVersion();
+        installed += product->GetRevision();
+        if (installed != local)
+            return true;
+    }
+    return false;
 }
 
 void dlgUpdateDatasetVersion::AddVersionRow()
@@ -126,6 +143,7 @@ void dlgUpdateDatasetVersion::InitSlots()
 {
     connect(m_pDownload, &VlPushButton::clicked, this, &dlgUpdateDatasetVersion::ClickedDownloadSlot);
     connect(m_pInstall, &VlPushButton::clicked, this, &dlgUpdateDatasetVersion::ClickedInstallSlot);
+    connect(m_pRetry, &VlPushButton::clicked, this, &dlgUpdateDatasetVersion::ClickedRetrySlot);
     connect(m_pOverwriteAccept, &VlCheckBox::clicked, this, &dlgUpdateDatasetVersion::ClickedOverwriteAcceptSlot);
     connect(m_pCreateBackup, &VlCheckBox::clicked, this, &dlgUpdateDatasetVersion::ClickedCreateBackupSlot);
     connect(m_pVersion, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
@@ -146,10 +164,15 @@ void dlgUpdateDatasetVersion::InitSlots()
     connect(engine, &CDSVersion::SignalWriteResult, this, &dlgUpdateDatasetVersion::InstallResultSlot);
     connect(engine, &CDSVersion::SignalBeginCopyThead, this, &dlgUpdateDatasetVersion::BeginCopyTheadSlot);
     connect(engine, &CDSVersion::SignalFileWritten, this, &dlgUpdateDatasetVersion::FileWrittenSlot);
+    connect(engine, &CDSVersion::SignalDownloadProgress, this, &dlgUpdateDatasetVersion::DownloadProgressSlot);
+    connect(engine, &CDSVersion::SignalCheckHighVersionFinished, this, &dlgUpdateDatasetVersion::SearchFinishedSlot);
 }
 
 QString dlgUpdateDatasetVersion::ServerItemText() const
 {
+    // Without a version the item would read "Cycle V.  R. 1".
+    if (CDSVersion::cutDig(m_pDSVersion->GetNewVersion()).isEmpty())
+        return tr("No cycle from the Velmora-Server");
     return QStringLiteral("Cycle V. ") + CDSVersion::cutDig(m_pDSVersion->GetNewVersion()) + QStringLiteral(" R. ") +
            m_pDSVersion->GetNewRevision() + QStringLiteral(" ( Velmora-Server )");
 }
@@ -202,6 +225,18 @@ void dlgUpdateDatasetVersion::UpdateVersionCmb()
         m_pDownload->setEnabled(accepted && HasNewVersion());
         m_pInstall->hide();
     }
+    SetStepButton(StepButton(), false);
+}
+
+VlPushButton* dlgUpdateDatasetVersion::StepButton() const
+{
+    // Nothing new on offer: reinstalling the local copy stays possible, but Return only closes.
+    if (m_iState == StateUpToDate || (m_iState == StateNoList && m_pRetry->isHidden()))
+        return nullptr;
+    for (VlPushButton* button : {m_pDownload, m_pInstall, m_pRetry})
+        if (!button->isHidden() && button->isEnabled())
+            return button;
+    return nullptr;
 }
 
 void dlgUpdateDatasetVersion::VersionKindChangedSlot(int index)
@@ -222,11 +257,18 @@ void dlgUpdateDatasetVersion::SetState(int state)
 void dlgUpdateDatasetVersion::UpdateCtrls()
 {
     const QString version = m_pDSVersion ? m_pDSVersion->GetNewVersion() : QString();
-    const int lastError = DownloadManager::stLastError;
     // Once a run has begun the gate and the choices stay as they were when it started.
     const bool running = m_iState == StateDownloading || m_iState == StateInstallPressed ||
                          m_iState == StateInstalling || m_iState == StateInstalled;
     m_pOverwriteAccept->setEnabled(!running);
+    const bool failed =
+        (m_iState == StateNoList || m_iState == StateDownloadFailed) && m_pDSVersion && m_pDSVersion->GetLastFailure().IsSet();
+    m_pRetry->setVisible(failed);
+    m_pRetry->setEnabled(failed);
+    if (failed)
+        m_pDownload->hide();
+    if (m_iState != StateDownloaded && m_iState != StateBarReset && m_iState != StateBarZero)
+        ShowReason(QString());
 
     switch (m_iState) {
     case StateNewVersion:
@@ -237,10 +279,16 @@ void dlgUpdateDatasetVersion::UpdateCtrls()
         }
         break;
     case StateNoList:
-        if (lastError != 0)
-            ShowMessage(tr("Failed to connect to Velmora-Server."), true);
+        if (failed)
+            ShowFailure(QStringLiteral("versionList.txt") + QLatin1Char(' ') + tr("Download failed."));
         else
             ShowMessage(tr("There are no new updates available."));
+        break;
+    case StateReadyToInstall:
+        ShowMessage(tr("Cycle %1 is downloaded and ready to install.")
+                        .arg(CDSVersion::cutDig(m_pDSVersion->GetLocalVersionText())));
+        // The server may be out of reach; what is on disk can still be installed.
+        ShowReason(m_pDSVersion->GetLastFailure().UserText());
         break;
     case StateUpToDate:
         // The list was read and offers nothing newer: the user is up to date.
@@ -261,16 +309,18 @@ void dlgUpdateDatasetVersion::UpdateCtrls()
         if (errors > 0)
             text += QLatin1Char(' ') + tr("Error") + QString::asprintf(" (%d) ", errors);
         ShowMessage(text, errors > 0);
+        // What went wrong with the datasets that did not arrive.
+        ShowReason(errors > 0 && m_pDSVersion->GetLastFailure().IsSet() ? m_pDSVersion->GetLastFailure().UserText()
+                                                                       : QString());
+        SetProgressText(QString());
         m_pDownload->hide();
         m_pInstall->show();
         m_pInstall->setEnabled(true);
         break;
     }
     case StateDownloadFailed:
-        if (isConnectionFailure(lastError))
-            ShowMessage(tr("Failed to connect to Velmora-Server."), true);
-        else
-            ShowMessage(m_strDataset + QLatin1Char(' ') + tr("Download failed."));
+        SetProgressText(QString());
+        ShowFailure(m_strDataset + QLatin1Char(' ') + tr("Download failed."));
         break;
     case StateInstallPressed:
         ShowMessage(tr("Run install."));
@@ -281,6 +331,7 @@ void dlgUpdateDatasetVersion::UpdateCtrls()
     case StateInstalled:
         m_pInstall->hide();
         m_pDownload->hide();
+        SetProgressText(QString());
         ShowReady(tr("Install ready."));
         break;
     case StateInstalling:
@@ -303,6 +354,18 @@ void dlgUpdateDatasetVersion::UpdateCtrls()
         ShowMessage(QString());
         break;
     }
+    const bool stateChanged = m_iState != StateBarReset && m_iState != StateBarZero;
+    SetStepButton(StepButton(), stateChanged && isVisible());
+}
+
+void dlgUpdateDatasetVersion::ShowFailure(const QString& fileText)
+{
+    const CFailureReason& failure = m_pDSVersion->GetLastFailure();
+    if (failure.CouldNotConnect())
+        ShowMessage(tr("Failed to connect to Velmora-Server."), true);
+    else
+        ShowMessage(fileText, true);
+    ShowReason(failure.UserText());
 }
 
 bool dlgUpdateDatasetVersion::CheckProductsSelected()
@@ -322,6 +385,7 @@ void dlgUpdateDatasetVersion::ClickedOverwriteAcceptSlot()
         m_pDSVersion->SetNavDataOverwriteAccept(accepted);
     m_pDownload->setEnabled(accepted && HasNewVersion());
     m_pInstall->setEnabled(accepted);
+    SetStepButton(StepButton(), false);
 }
 
 void dlgUpdateDatasetVersion::ClickedCreateBackupSlot()
@@ -339,6 +403,8 @@ void dlgUpdateDatasetVersion::ClickedDownloadSlot()
         return;
     m_pDSVersion->ResetResult();
     m_strDataset.clear();
+    m_eLastStep = EStep::Download;
+    m_pRetry->hide();
     SetState(StateDownloading);
     m_pDSVersion->SetProductList(GetDataModel()->GetProductList());
     m_pDSVersion->DownloadNewDSVersion();
@@ -353,8 +419,7 @@ void dlgUpdateDatasetVersion::ClickedInstallSlot()
     m_pDSVersion->ResetResult();
     SetState(StateInstallPressed);
     SetState(StateInstalling);
-    m_pDSVersion->SetProductList(GetDataModel()->GetProductList());
-    m_pDSVersion->InstallProducts();
+    RunDatasetInstall();
 }
 
 void dlgUpdateDatasetVersion::RunDatasetInstall()
@@ -362,8 +427,71 @@ void dlgUpdateDatasetVersion::RunDatasetInstall()
     if (!m_pDSVersion)
         return;
     SetState(StateInstalling);
+    // One unpack serves a whole install group.
+    QSet<const void*> groups;
+    for (CProduct* product : ProductsToRun())
+        groups.insert(product->GetInstallGroup() ? static_cast<const void*>(product->GetInstallGroup())
+                                                 : static_cast<const void*>(product));
+    m_iInstallCount = groups.size();
+    m_iInstallIndex = 0;
     m_pDSVersion->SetProductList(GetDataModel()->GetProductList());
     m_pDSVersion->InstallProducts();
+}
+
+void dlgUpdateDatasetVersion::ClickedRetrySlot()
+{
+    if (!m_pDSVersion)
+        return;
+    m_pRetry->hide();
+    if (m_eLastStep == EStep::Download) {
+        ClickedDownloadSlot();
+        return;
+    }
+    ShowMessage(tr("Run download."));
+    ShowReason(QString());
+    m_pDSVersion->SearchForNewVersion(true);
+}
+
+void dlgUpdateDatasetVersion::SearchFinishedSlot()
+{
+    // The answer to a search this dialog repeated: the dialog starts over from it.
+    m_pDSVersion->InitLocalVersion();
+    m_pDSVersion->SetLocalVersion(!m_pDSVersion->GetLocalVersionText().isEmpty() &&
+                                  !m_pDSVersion->NewDSVersionAvailable());
+    m_iState = StartState();
+    InitVersionCmb();
+    UpdateCtrls();
+}
+
+void dlgUpdateDatasetVersion::DownloadProgressSlot(qint64 received, qint64 total, double bytesPerSecond)
+{
+    if (m_iState != StateDownloading)
+        return;
+    const QStringList& queue = m_pDSVersion->GetDatasetQueue();
+    QString text = tr("%1 (%2 of %3)").arg(m_strDataset).arg(queue.indexOf(m_strDataset) + 1).arg(queue.size());
+    if (total > 0)
+        text += QStringLiteral(" — ") + tr("%1 of %2 MB").arg(megabytes(received), megabytes(total));
+    else if (received > 0)
+        text += QStringLiteral(" — ") + tr("%1 MB").arg(megabytes(received));
+    if (bytesPerSecond > 0)
+        text += QStringLiteral(", ") + DownloadManager::speedText(bytesPerSecond).trimmed();
+    SetProgressText(text);
+}
+
+void dlgUpdateDatasetVersion::done(int result)
+{
+    const bool waiting = m_iState == StateDownloaded || m_iState == StateReadyToInstall;
+    if (waiting && !m_bLeaveAsked && isVisible()) {
+        m_bLeaveAsked = true;
+        const QString cycle = CDSVersion::cutDig(m_pDSVersion->GetLocalVersionText());
+        if (!CMessageBox::ask(tr("Cycle %1 is downloaded but not installed yet.").arg(cycle) + QLatin1Char('\n') +
+                                  tr("Leave it for later? You can install it from the Update button at any time."),
+                              tr("Leave for later"), this)) {
+            SetStepButton(StepButton(), true);
+            return;
+        }
+    }
+    DlgDatasetRun::done(result);
 }
 
 void dlgUpdateDatasetVersion::ClickedShowDetailsSlot()
@@ -401,6 +529,8 @@ void dlgUpdateDatasetVersion::ChangePercentSlot(int percent)
 void dlgUpdateDatasetVersion::UnzippProductSlot(QString name)
 {
     ShowMessage(tr("Install") + QLatin1Char(' ') + name);
+    m_iInstallIndex = qMin(m_iInstallIndex + 1, qMax(1, m_iInstallCount));
+    SetProgressText(tr("Installing %1 (%2 of %3)").arg(name).arg(m_iInstallIndex).arg(qMax(1, m_iInstallCount)));
 }
 
 void dlgUpdateDatasetVersion::InstallReadySlot()
@@ -425,6 +555,7 @@ void dlgUpdateDatasetVersion::DownloadDatasetSlot(QString dataset)
         return;
     ShowMessage(tr("Download") + QLatin1Char(' ') + dataset);
     m_strDataset = dataset;
+    DownloadProgressSlot(0, -1, 0.0);
 }
 
 void dlgUpdateDatasetVersion::BeginCopyTheadSlot(quint64 total)
@@ -467,6 +598,7 @@ void dlgUpdateDatasetVersion::retranslate()
         return; // before Init
     m_pDownload->setText(tr("Download"));
     m_pInstall->setText(tr("Install"));
+    m_pRetry->setText(tr("Retry"));
     m_pDetailsPane->SetCaptions(tr("Details"), tr("Details"));
     m_pOverwriteAccept->setText(tr("OverwriteAccept"));
     m_pCreateBackup->setText(tr("create cycle backup data"));

@@ -28,6 +28,8 @@ public:
         StateDownloadFailed = 6,
         StateInstallPressed = 7,
         StateInstalled = 8,
+        // The local copy is the cycle the server offers, but products of the run do not carry it yet.
+        StateReadyToInstall = 9,
         StateInstalling = 10,
         StateBarReset = 14,
         StateBarZero = 15,
@@ -46,15 +48,21 @@ public:
 
     VlPushButton* GetDownloadButton() const { return m_pDownload; }
     VlPushButton* GetInstallButton() const { return m_pInstall; }
+    VlPushButton* GetRetryButton() const { return m_pRetry; }
     VlBigComboBox* GetVersionCombo() const { return m_pVersion; }
     VlCheckBox* GetOverwriteAccept() const { return m_pOverwriteAccept; }
     VlCheckBox* GetCreateBackup() const { return m_pCreateBackup; }
     VlFoldPane* GetDetailsPane() const { return m_pDetailsPane; }
 
     void retranslate() override;
+    // Closing while a downloaded cycle waits to be installed asks once whether to leave it for later.
+    void done(int result) override;
 
 public slots:
     void CloseDlg(bool ok) override;
+    void ClickedRetrySlot();
+    void SearchFinishedSlot();
+    void DownloadProgressSlot(qint64 received, qint64 total, double bytesPerSecond);
 
     void ClickedDownloadSlot();
     void ClickedInstallSlot();
@@ -81,14 +89,33 @@ protected:
 private:
     bool HasNewVersion() const;
     bool IsLocalKind() const;
+    // The start state from what the search found and what is held locally.
+    int StartState();
+    // The local copy is the cycle on offer and a product of the run does not carry it yet.
+    bool LocalCycleWaiting() const;
+    // The button that does what the dialog offers now: Download, Install, Retry, or null for Ok.
+    VlPushButton* StepButton() const;
+    // "Failed to connect" when the server was never heard from, else the file's own text.
+    void ShowFailure(const QString& fileText);
     // The empty-selection box; true when there is something to run.
     bool CheckProductsSelected();
     void AddVersionRow();
     QString ServerItemText() const;
     QString LocalItemText() const;
 
+    enum class EStep
+    {
+        Search,
+        Download
+    };
+
     QString m_strDataset;
     bool m_bNewVersion = false;
+    bool m_bLeaveAsked = false;
+    EStep m_eLastStep = EStep::Search;
+    int m_iInstallCount = 0; // products the install unpacks, one per install group
+    int m_iInstallIndex = 0;
+    VlPushButton* m_pRetry = nullptr;
     quint64 m_copyTotal = 0;
     VlPushButton* m_pDownload = nullptr;
     VlPushButton* m_pInstall = nullptr;

@@ -30,18 +30,25 @@ void dlgUpdateQMKVersion::InitCtrls()
     // Four lines are kept free, so the dialog does not jump when a longer message arrives.
     m_pMessage->setText(QStringLiteral("\n\n\n\n"));
     m_pMessage->setMinimumHeight(m_pMessage->sizeHint().height());
+    m_pReason = new VlMessageLabel(this);
+    m_pReason->setWordWrap(true);
+    m_pReason->SetError(true);
+    m_pReason->hide();
     m_pProgress = new QProgressBar(this);
     m_pProgress->setStyleSheet(QStringLiteral("border: 2px solid grey;") + QStringLiteral("border-radius: 5px;") +
                                QStringLiteral("text-align: center;"));
     m_pProgress->setRange(0, 100);
     m_pProgress->setValue(0);
+    m_pProgress->setTextVisible(false);
     // Its place stays when it is hidden, so the dialog keeps its size from the first state to the last.
     QSizePolicy policy = m_pProgress->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_pProgress->setSizePolicy(policy);
     m_pDownload = new VlPushButton(this);
     m_pInstall = new VlPushButton(this);
-    for (VlPushButton* button : {m_pDownload, m_pInstall}) {
+    m_pRetry = new VlPushButton(this);
+    m_pRetry->hide();
+    for (VlPushButton* button : {m_pDownload, m_pInstall, m_pRetry}) {
         button->setMinimumWidth(180);
         button->setEnabled(false);
     }
@@ -50,11 +57,13 @@ void dlgUpdateQMKVersion::InitCtrls()
     QGridLayout* content = GetContentLayout();
     content->setVerticalSpacing(10);
     content->addWidget(m_pMessage, 0, 0);
-    content->addWidget(m_pProgress, 1, 0);
-    // One place for both: the second replaces the first once the download is there.
-    content->addWidget(m_pDownload, 2, 0, Qt::AlignLeft);
-    content->addWidget(m_pInstall, 2, 0, Qt::AlignLeft);
-    content->setRowStretch(3, 1);
+    content->addWidget(m_pReason, 1, 0);
+    content->addWidget(m_pProgress, 2, 0);
+    // One place for all three: only one is offered at a time.
+    content->addWidget(m_pDownload, 3, 0, Qt::AlignLeft);
+    content->addWidget(m_pInstall, 3, 0, Qt::AlignLeft);
+    content->addWidget(m_pRetry, 3, 0, Qt::AlignLeft);
+    content->setRowStretch(4, 1);
     retranslate();
 }
 
@@ -62,7 +71,10 @@ void dlgUpdateQMKVersion::InitSlots()
 {
     connect(m_pDownload, &VlPushButton::clicked, this, &dlgUpdateQMKVersion::ClickedDownloadSlot);
     connect(m_pInstall, &VlPushButton::clicked, this, &dlgUpdateQMKVersion::ClickedInstallSlot);
+    connect(m_pRetry, &VlPushButton::clicked, this, &dlgUpdateQMKVersion::ClickedRetrySlot);
     if (m_pQMKVersion) {
+        connect(m_pQMKVersion, &CQMKVersion::SignalDownloadVersionTXTFinish, this,
+                &dlgUpdateQMKVersion::VersionFileFinishedSlot);
         connect(m_pQMKVersion, &CQMKVersion::SignalNewQMKVersionDownloaded, this,
                 &dlgUpdateQMKVersion::NewVersionDownloadedSlot);
         connect(m_pQMKVersion, &CQMKVersion::SignalNewQMKVersionStarted, this,
@@ -97,8 +109,11 @@ void dlgUpdateQMKVersion::UpdateCtrls()
 {
     m_pMessage->SetError(false);
     const QString version = m_pQMKVersion ? m_pQMKVersion->GetNewVersion() : QString();
-    const bool connectFailed = m_pQMKVersion && m_pQMKVersion->ConnectionFailed();
+    const CFailureReason failure = m_pQMKVersion ? m_pQMKVersion->GetLastFailure() : CFailureReason();
+    const bool connectFailed = failure.CouldNotConnect();
     const QString connectText = tr("Failed to connect to Velmora-Server.");
+    QString reason;
+    bool retryShown = false;
 
     QString message;
     bool error = false;
@@ -117,8 +132,16 @@ void dlgUpdateQMKVersion::UpdateCtrls()
     case StateNoVersion:
         // Never an empty dialog: without a connection failure the server answered with no usable
         // version (no file, an empty or unreadable one).
-        message = connectFailed ? connectText : tr("No version information was found on the Velmora-Server.");
-        error = true;
+        if (m_bRetryingCheck) {
+            message = tr("Checking for a new version.");
+        } else {
+            message = connectFailed ? connectText
+                      : failure.IsSet() ? QStringLiteral("mac_version.txt") + QLatin1Char(' ') + tr("Download failed.")
+                                        : tr("No version information was found on the Velmora-Server.");
+            error = true;
+            reason = failure.UserText();
+            retryShown = failure.IsSet();
+        }
         progressShown = false;
         break;
     case StateDownloading:
@@ -133,8 +156,10 @@ void dlgUpdateQMKVersion::UpdateCtrls()
         installShown = installEnabled = true;
         break;
     case StateDownloadFailed:
+        // Download is offered again: it is the retry of this step.
         message = connectFailed ? connectText : tr("Download failed.");
         error = true;
+        reason = failure.UserText();
         downloadShown = downloadEnabled = true;
         break;
     case StateUnpacking:
@@ -160,11 +185,23 @@ void dlgUpdateQMKVersion::UpdateCtrls()
     m_pDownload->setEnabled(downloadEnabled);
     m_pInstall->setVisible(installShown);
     m_pInstall->setEnabled(installEnabled);
+    m_pRetry->setVisible(retryShown);
+    m_pRetry->setEnabled(retryShown);
+    m_pReason->setText(reason);
+    m_pReason->setVisible(!reason.isEmpty());
     m_pProgress->setVisible(progressShown);
-    // Return presses the step the dialog offers, else it closes.
-    m_pDownload->setDefault(downloadEnabled);
-    m_pInstall->setDefault(installEnabled);
-    GetOkButton()->setDefault(!downloadEnabled && !installEnabled);
+    m_pProgress->setTextVisible(running && m_nState == StateDownloading);
+    // Return presses the step the dialog offers, else it closes; the keyboard follows the step.
+    VlPushButton* step = downloadEnabled ? m_pDownload
+                         : installEnabled ? m_pInstall
+                         : retryShown     ? m_pRetry
+                                          : GetOkButton();
+    for (VlPushButton* button : {m_pDownload, m_pInstall, m_pRetry, GetOkButton(), GetCancelButton()}) {
+        button->setAutoDefault(false);
+        button->setDefault(button == step);
+    }
+    if (isVisible() && step->isEnabled())
+        step->setFocus(Qt::OtherFocusReason);
     // While something runs, leaving the dialog cancels it, and the button says so.
     GetOkButton()->setVisible(!running);
     GetCancelButton()->setVisible(running);
@@ -177,6 +214,7 @@ void dlgUpdateQMKVersion::retranslate()
         return; // before Init
     m_pDownload->setText(tr("Download"));
     m_pInstall->setText(tr("Run update now"));
+    m_pRetry->setText(tr("Retry"));
     if (m_nState != StateNone)
         UpdateCtrls();
 }
@@ -222,7 +260,26 @@ void dlgUpdateQMKVersion::NewVersionStartedSlot() {}
 
 void dlgUpdateQMKVersion::DownloadErrorSlot()
 {
+    if (m_bRetryingCheck) {
+        VersionFileFinishedSlot();
+        return;
+    }
     SetState(StateDownloadFailed);
+}
+
+void dlgUpdateQMKVersion::ClickedRetrySlot()
+{
+    m_bRetryingCheck = true;
+    SetState(StateNoVersion);
+    m_pQMKVersion->SearchForNewVersion(false);
+}
+
+void dlgUpdateQMKVersion::VersionFileFinishedSlot()
+{
+    if (!m_bRetryingCheck)
+        return;
+    m_bRetryingCheck = false;
+    InitState();
 }
 
 void dlgUpdateQMKVersion::ChangePercentSlot(int percent)

@@ -40,10 +40,15 @@ public:
     QProgressBar* GetProgressBar() const { return m_pProgress; }
     VlPushButton* GetDownloadButton() const { return m_pDownload; }
     VlPushButton* GetInstallButton() const { return m_pInstall; }
+    VlPushButton* GetRetryButton() const { return m_pRetry; }
+    VlMessageLabel* GetReasonLabel() const { return m_pReason; }
 
 public slots:
     void ClickedDownloadSlot();
     void ClickedInstallSlot();
+    // Asks the server for its version again after a check that failed.
+    void ClickedRetrySlot();
+    void VersionFileFinishedSlot();
     void NewVersionDownloadedSlot();
     void NewVersionStartedSlot();
     void DownloadErrorSlot();
@@ -67,4 +72,7 @@ private:
     QProgressBar* m_pProgress = nullptr;
     VlPushButton* m_pDownload = nullptr;
     VlPushButton* m_pInstall = nullptr;
+    VlPushButton* m_pRetry = nullptr;
+    VlMessageLabel* m_pReason = nullptr;
+    bool m_bRetryingCheck = false;
 };

@@ -152,6 +152,53 @@
     </message>
 </context>
 <context>
+    <name>CFailureReason</name>
+    <message>
+        <source>No answer from %1: the server name was not found. Check your internet connection and the server address.</source>
+        <translation>Keine Antwort von %1: Der Servername wurde nicht gefunden. Prüfen Sie die Internetverbindung und die Serveradresse.</translation>
+    </message>
+    <message>
+        <source>%1 refused the connection: the server is down. Try again later.</source>
+        <translation>%1 hat die Verbindung abgelehnt: Der Server ist nicht in Betrieb. Versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>%1 did not answer in time. Check your internet connection, or try again later.</source>
+        <translation>%1 hat nicht rechtzeitig geantwortet. Prüfen Sie die Internetverbindung oder versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>No secure connection to %1 could be made. Check the computer&apos;s date and time, or try another network.</source>
+        <translation>Zu %1 konnte keine sichere Verbindung aufgebaut werden. Prüfen Sie Datum und Uhrzeit des Computers oder versuchen Sie ein anderes Netzwerk.</translation>
+    </message>
+    <message>
+        <source>No answer from %1: the server is down or you are offline. Check your internet connection, or try again later.</source>
+        <translation>Keine Antwort von %1: Der Server ist nicht in Betrieb oder Sie sind offline. Prüfen Sie die Internetverbindung oder versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 broke off during the download. Try again.</source>
+        <translation>Die Verbindung zu %1 ist während des Downloads abgebrochen. Versuchen Sie es erneut.</translation>
+    </message>
+    <message>
+        <source>%1 refused the credentials (HTTP %2). Check that your subscription is active, or contact support.</source>
+        <translation>%1 hat die Zugangsdaten abgelehnt (HTTP %2). Prüfen Sie, ob Ihr Abonnement aktiv ist, oder wenden Sie sich an den Support.</translation>
+    </message>
+    <message>
+        <source>%1 does not have the file %2 (HTTP 404). It may not be published yet: try again later.</source>
+        <translation>%1 hat die Datei %2 nicht (HTTP 404). Vielleicht ist sie noch nicht veröffentlicht: Versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>%1 had a server error (HTTP %2). Try again later.</source>
+        <translation>%1 meldet einen Serverfehler (HTTP %2). Versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>%1 answered with an error (HTTP %2). Try again later.</source>
+        <translation>%1 hat mit einem Fehler geantwortet (HTTP %2). Versuchen Sie es später erneut.</translation>
+    </message>
+    <message>
+        <source>The download could not be saved (%1). Free some disk space, or make the folder writable.</source>
+        <translation>Der Download konnte nicht gespeichert werden (%1). Schaffen Sie Platz auf dem Datenträger oder machen Sie den Ordner beschreibbar.</translation>
+    </message>
+</context>
+<context>
     <name>CQMKVersion</name>
     <message>
         <source>Missing file </source>
@@ -628,6 +675,46 @@
         <source>create cycle backup data</source>
         <translation>Backup des Zyklus anlegen</translation>
     </message>
+    <message>
+        <source>No cycle from the Velmora-Server</source>
+        <translation>Kein Zyklus vom Velmora-Server</translation>
+    </message>
+    <message>
+        <source>Cycle %1 is downloaded and ready to install.</source>
+        <translation>Zyklus %1 ist heruntergeladen und bereit zur Installation.</translation>
+    </message>
+    <message>
+        <source>%1 (%2 of %3)</source>
+        <translation>%1 (%2 von %3)</translation>
+    </message>
+    <message>
+        <source>%1 of %2 MB</source>
+        <translation>%1 von %2 MB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>Cycle %1 is downloaded but not installed yet.</source>
+        <translation>Zyklus %1 ist heruntergeladen, aber noch nicht installiert.</translation>
+    </message>
+    <message>
+        <source>Leave it for later? You can install it from the Update button at any time.</source>
+        <translation>Für später aufheben? Sie können ihn jederzeit über die Schaltfläche Aktualisieren installieren.</translation>
+    </message>
+    <message>
+        <source>Leave for later</source>
+        <translation>Für später aufheben</translation>
+    </message>
+    <message>
+        <source>Installing %1 (%2 of %3)</source>
+        <translation>Installiere %1 (%2 von %3)</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>Erneut versuchen</translation>
+    </message>
 </context>
 <context>
     <name>dlgUpdateQMKVersion</name>
@@ -678,6 +765,14 @@
     <message>
         <source>Installation-File not found.</source>
         <translation>Installationsdatei nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>Checking for a new version.</source>
+        <translation>Suche nach einer neuen Version.</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>Erneut versuchen</translation>
     </message>
 </context>
 <context>

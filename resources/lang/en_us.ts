@@ -152,6 +152,53 @@
     </message>
 </context>
 <context>
+    <name>CFailureReason</name>
+    <message>
+        <source>No answer from %1: the server name was not found. Check your internet connection and the server address.</source>
+        <translation>No answer from %1: the server name was not found. Check your internet connection and the server address.</translation>
+    </message>
+    <message>
+        <source>%1 refused the connection: the server is down. Try again later.</source>
+        <translation>%1 refused the connection: the server is down. Try again later.</translation>
+    </message>
+    <message>
+        <source>%1 did not answer in time. Check your internet connection, or try again later.</source>
+        <translation>%1 did not answer in time. Check your internet connection, or try again later.</translation>
+    </message>
+    <message>
+        <source>No secure connection to %1 could be made. Check the computer&apos;s date and time, or try another network.</source>
+        <translation>No secure connection to %1 could be made. Check the computer&apos;s date and time, or try another network.</translation>
+    </message>
+    <message>
+        <source>No answer from %1: the server is down or you are offline. Check your internet connection, or try again later.</source>
+        <translation>No answer from %1: the server is down or you are offline. Check your internet connection, or try again later.</translation>
+    </message>
+    <message>
+        <source>The connection to %1 broke off during the download. Try again.</source>
+        <translation>The connection to %1 broke off during the download. Try again.</translation>
+    </message>
+    <message>
+        <source>%1 refused the credentials (HTTP %2). Check that your subscription is active, or contact support.</source>
+        <translation>%1 refused the credentials (HTTP %2). Check that your subscription is active, or contact support.</translation>
+    </message>
+    <message>
+        <source>%1 does not have the file %2 (HTTP 404). It may not be published yet: try again later.</source>
+        <translation>%1 does not have the file %2 (HTTP 404). It may not be published yet: try again later.</translation>
+    </message>
+    <message>
+        <source>%1 had a server error (HTTP %2). Try again later.</source>
+        <translation>%1 had a server error (HTTP %2). Try again later.</translation>
+    </message>
+    <message>
+        <source>%1 answered with an error (HTTP %2). Try again later.</source>
+        <translation>%1 answered with an error (HTTP %2). Try again later.</translation>
+    </message>
+    <message>
+        <source>The download could not be saved (%1). Free some disk space, or make the folder writable.</source>
+        <translation>The download could not be saved (%1). Free some disk space, or make the folder writable.</translation>
+    </message>
+</context>
+<context>
     <name>CQMKVersion</name>
     <message>
         <source>Missing file </source>
@@ -628,6 +675,46 @@
         <source>create cycle backup data</source>
         <translation>create cycle backup data</translation>
     </message>
+    <message>
+        <source>No cycle from the Velmora-Server</source>
+        <translation>No cycle from the Velmora-Server</translation>
+    </message>
+    <message>
+        <source>Cycle %1 is downloaded and ready to install.</source>
+        <translation>Cycle %1 is downloaded and ready to install.</translation>
+    </message>
+    <message>
+        <source>%1 (%2 of %3)</source>
+        <translation>%1 (%2 of %3)</translation>
+    </message>
+    <message>
+        <source>%1 of %2 MB</source>
+        <translation>%1 of %2 MB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>Cycle %1 is downloaded but not installed yet.</source>
+        <translation>Cycle %1 is downloaded but not installed yet.</translation>
+    </message>
+    <message>
+        <source>Leave it for later? You can install it from the Update button at any time.</source>
+        <translation>Leave it for later? You can install it from the Update button at any time.</translation>
+    </message>
+    <message>
+        <source>Leave for later</source>
+        <translation>Leave for later</translation>
+    </message>
+    <message>
+        <source>Installing %1 (%2 of %3)</source>
+        <translation>Installing %1 (%2 of %3)</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>Retry</translation>
+    </message>
 </context>
 <context>
     <name>dlgUpdateQMKVersion</name>
@@ -678,6 +765,14 @@
     <message>
         <source>Installation-File not found.</source>
         <translation>Installation-File not found.</translation>
+    </message>
+    <message>
+        <source>Checking for a new version.</source>
+        <translation>Checking for a new version.</translation>
+    </message>
+    <message>
+        <source>Retry</source>
+        <translation>Retry</translation>
     </message>
 </context>
 <context>

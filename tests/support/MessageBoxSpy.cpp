@@ -9,5 +9,6 @@ MessageBoxSpy::MessageBoxSpy()
 
 MessageBoxSpy::~MessageBoxSpy()
 {
+    CMessageBox::setAnswer(true);
     CMessageBox::setHandler(m_previous);
 }

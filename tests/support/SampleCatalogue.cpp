@@ -62,6 +62,8 @@ QByteArray SampleCatalogue::CatalogueXml() const
     }
     if (!server.isEmpty())
         xml.writeTextElement(QStringLiteral("Server"), server);
+    if (!version.isEmpty())
+        xml.writeTextElement(QStringLiteral("Version"), version);
     xml.writeEndElement();
     xml.writeStartElement(QStringLiteral("categories"));
     for (const QString& category : categories) {
