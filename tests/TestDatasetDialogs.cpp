@@ -22,8 +22,10 @@
 #include "ui/VlPushButton.h"
 #include "ui/dlgUpdateDatasetVersion.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QProgressBar>
+#include <QRegularExpression>
 #include <QScopedPointer>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -47,6 +49,7 @@ struct UpdateEnv
         QString name;
         QString dataset;
         bool selected;
+        QString folderOf;
     };
 
     MessageBoxSpy boxes;
@@ -65,9 +68,12 @@ struct UpdateEnv
 
     QString productRoot(const QString& name) const { return work.path() + "/" + name; }
 
-    void addProduct(const QString& name, const QString& dataset, bool selected)
+    // With `folderOf`, the product shares that product's folder: the two form an install group.
+    void addProduct(const QString& name, const QString& dataset, bool selected, const QString& folderOf = QString())
     {
-        products << Product{name, dataset, selected};
+        products << Product{name, dataset, selected, folderOf};
+        if (!folderOf.isEmpty())
+            return;
         const QString nav = productRoot(name) + "/NavData";
         writeRandomTree(nav, 12, quint32(qHash(name)));
         writeFile(nav + "/a.dat", "old a of " + name.toUtf8());
@@ -107,7 +113,8 @@ struct UpdateEnv
         for (const Product& p : products) {
             if (!catalogue.datasets.contains(p.dataset))
                 catalogue.datasets << p.dataset;
-            catalogue.products << SampleCatalogue::NavDataProduct(p.name, p.dataset, productRoot(p.name), p.selected);
+            catalogue.products << SampleCatalogue::NavDataProduct(
+                p.name, p.dataset, productRoot(p.folderOf.isEmpty() ? p.name : p.folderOf), p.selected);
         }
         if (!app.writeFile("bin/base_ini.xml", catalogue.CatalogueXml()) ||
             !app.writeFile("bin/prop_ini.xml", SampleCatalogue::SettingsXml(autoCheck, false, overwriteAccepted)))
@@ -196,8 +203,19 @@ private slots:
         Application::setLanguage(QStringLiteral("en_US"));
     }
 
-    void wholeUpdateByClicks()
+    // The whole update, by mouse and by keyboard alone: the keyboard starts on the consent, Return
+    // always takes the step on offer, Escape before the install asks whether to leave it for later.
+    // The progress bar says where the run is, and the window's status line what it did.
+    void wholeUpdate_data()
     {
+        QTest::addColumn<bool>("keyboard");
+        QTest::newRow("mouse") << false;
+        QTest::newRow("keyboard") << true;
+    }
+
+    void wholeUpdate()
+    {
+        QFETCH(bool, keyboard);
         UpdateEnv env;
         env.addProduct("Alpha", "DS1", true);
         env.addProduct("Bravo", "DS2", true);
@@ -206,44 +224,87 @@ private slots:
         env.overwriteAccepted = false;
 
         QList<int> states;
-        QStringList cardCycles;
+        QStringList cardCycles, progress;
         env.driver.then([&](QDialog* d) {
             dlgUpdateDatasetVersion* dialog = asUpdate(d);
             QVERIFY(dialog);
+            auto press = [&](Qt::Key key) {
+                QWidget* focus = QApplication::focusWidget();
+                QTest::keyClick(focus && dialog->isAncestorOf(focus) ? focus : dialog, key);
+            };
             QCOMPARE(dialog->GetVersionCombo()->itemText(0), QString("Cycle V. 1802 R. 1 ( Velmora-Server )"));
+            QVERIFY(!dialog->GetProgressBar()->isTextVisible());
+            QObject::connect(env.engine(), &CDSVersion::SignalDownloadProgress, dialog,
+                             [&] { progress << dialog->GetProgressBar()->format(); });
+            QObject::connect(env.engine(), &CDSVersion::SignalUnzippProduct, dialog,
+                             [&] { progress << dialog->GetProgressBar()->format(); });
             // The gate: nothing to press until the overwrite is accepted.
             QVERIFY(dialog->GetDownloadButton()->isVisible());
             QVERIFY(!dialog->GetDownloadButton()->isEnabled());
-            tick(dialog->GetOverwriteAccept());
-
-            click(dialog->GetDownloadButton());
+            if (keyboard) {
+                // What the window manager does for a new dialog.
+                QApplication::setActiveWindow(dialog);
+                QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(dialog->GetOverwriteAccept()));
+                press(Qt::Key_Space);
+                QVERIFY(dialog->GetDownloadButton()->isDefault());
+                press(Qt::Key_Return);
+            } else {
+                tick(dialog->GetOverwriteAccept());
+                click(dialog->GetDownloadButton());
+            }
             states << dialog->GetState();
             QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), 5, 20000);
             QVERIFY(!dialog->GetMessageLabel()->IsError());
             QVERIFY(dialog->GetDownloadButton()->isHidden());
+            QVERIFY(dialog->GetInstallButton()->isDefault());
             // The downloaded cycle is now also held locally.
             QCOMPARE(dialog->GetVersionCombo()->count(), 2);
 
-            click(dialog->GetInstallButton());
+            // Leaving now asks once; "no" keeps the dialog and its step.
+            CMessageBox::setAnswer(false);
+            if (keyboard)
+                press(Qt::Key_Escape);
+            else
+                click(dialog->GetOkButton());
+            QCOMPARE(env.boxes.count(), 1);
+            QCOMPARE(env.boxes.boxes().first().text, QString("Cycle 1802 is downloaded but not installed yet.\n"
+                                                             "Leave it for later? You can install it from the "
+                                                             "Update button at any time."));
+            QVERIFY(dialog->isVisible());
+            if (keyboard)
+                press(Qt::Key_Return);
+            else
+                click(dialog->GetInstallButton());
             QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), 8, 30000);
             QVERIFY(!dialog->GetMessageLabel()->IsError());
             QCOMPARE(dialog->GetProgressBar()->value(), 100);
             QVERIFY(dialog->GetInstallButton()->isHidden());
             QVERIFY(!dialog->GetCancelButton()->isEnabled());
+            QVERIFY(dialog->GetOkButton()->isDefault());
 
             const int height = dialog->height();
             click(dialog->GetResultPane()->GetShowButton());
             QCOMPARE(dialog->height(), height + VlFoldPane::kPaneHeight + 2);
             for (const QString name : {"Alpha", "Bravo"})
                 cardCycles << env.card(name)->GetCycleText();
-            click(dialog->GetOkButton());
+            if (keyboard)
+                press(Qt::Key_Return);
+            else
+                click(dialog->GetOkButton());
+            QVERIFY(!dialog->isVisible());
         });
         QVERIFY(env.open());
         QTRY_COMPARE_WITH_TIMEOUT(env.driver.count(), 1, 10000);
         QCOMPARE(states, QList<int>{4});
+        QCOMPARE(env.boxes.count(), 1); // an installed cycle is left without a question
         // The cards show the new cycle while the dialog is still open.
         for (const QString& cycle : cardCycles)
             QVERIFY2(cycle.startsWith("- installed ( V. 1802 R. 1 )"), qPrintable(cycle));
+        const QRegularExpression bytes("^DS([12]) \\(\\1 of 2\\) — \\d+\\.\\d of \\d+\\.\\d [kM]B");
+        QVERIFY2(!progress.filter(bytes).isEmpty(), qPrintable(progress.join(" | ")));
+        QVERIFY2(progress.contains("Installing Alpha (1 of 2)") && progress.contains("Installing Bravo (2 of 2)"),
+                 qPrintable(progress.join(" | ")));
+        QCOMPARE(env.window->GetStatusLabel()->text(), QString("Updated 2 products to cycle 1802"));
     }
 
     // What the dialog offers when it opens, and what Return then does: the server's cycle whenever
@@ -498,6 +559,12 @@ private slots:
         QVERIFY(env.open());
         QVERIFY(env.clickUpdate());
         QCOMPARE(checksums(env.work.path()), env.before);
+        // The window says what became of the run after the dialog has gone.
+        const QString status = env.window->GetStatusLabel()->text();
+        if (fault == "gone" || fault == "500")
+            QVERIFY2(status.startsWith("Update failed: ") && status.contains(reason), qPrintable(status));
+        else
+            QCOMPARE(status, QString("Cycle 1802 downloaded, not installed yet"));
     }
 
     void installFaults_data()
@@ -655,6 +722,7 @@ private slots:
         UpdateEnv env;
         env.addProduct("Alpha", "DS1", true);
         env.addProduct("Bravo", "DS2", true);
+        env.addProduct("Charlie", "DS1", false, "Alpha");
         env.holdLocally({"DS1", "DS2"});
         QVERIFY(env.open("127.0.0.1:1"));
         // With no server the local copy installs, with a backup.
@@ -668,9 +736,15 @@ private slots:
             auto* dialog = qobject_cast<DlgBackupRun*>(d);
             QVERIFY(dialog);
             QCOMPARE(bool(qobject_cast<DlgResetDataset*>(d)), reset);
+            // Before anything is pressed: what the run touches, install-group siblings included.
+            QCOMPARE(dialog->GetTouchedLabel()->text(),
+                     QString(fromCard ? "Bravo: the backup of cycle 1801 is deleted"
+                                      : "Alpha, Charlie: back to cycle 1801\n"
+                                        "    (they share one folder and are reset together)\n"
+                                        "Bravo: back to cycle 1801"));
             click(dialog->GetProductsPane()->GetShowButton());
             QCOMPARE(dialog->GetProductsPane()->GetPane()->text(),
-                     QString(fromCard ? "  Bravo\r\n" : "  Alpha\r\n  Bravo\r\n"));
+                     QString(fromCard ? "  Bravo\r\n" : "  Alpha\r\n  Bravo\r\n  Charlie\r\n"));
             click(dialog->GetActionButton());
             messages << dialog->GetMessageLabel()->text();
             QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), reset ? 13 : 17, 20000);
@@ -693,6 +767,8 @@ private slots:
             env.clickAction(reset ? 1 : 2);
         }
         QCOMPARE(env.driver.count(), 2);
+        QCOMPARE(env.window->GetStatusLabel()->text(),
+                 QString(reset ? "Reset 3 products to their backed-up cycle" : "Deleted the backup of 1 product"));
         // "Run reset." gives way at once to the product being worked on.
         QCOMPARE(messages, QStringList{(reset ? "Reset " : "RemoveBackup ") + QString(fromCard ? "Bravo" : "Alpha")});
 

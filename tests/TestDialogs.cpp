@@ -443,6 +443,9 @@ private slots:
         const QStringList expected{
             "pass 0 pid P language de_DE Alpha GNS selected 1",
             "restore enabled 1",
+            // Asked first, in the user's language.
+            "box Quillmark-Standardeinstellungen wiederherstellen: Standardeinstellungen wiederherstellen und "
+            "Quillmark neu starten?",
             "restore enabled 0 settings file 0",
             "pass 1 pid P language en_US Alpha GNS selected 0",
             "restore enabled 1",

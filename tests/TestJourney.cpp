@@ -1,4 +1,5 @@
 #include "app/Application.h"
+#include "app/CMessageBox.h"
 #include "model/CDataModel.h"
 #include "model/CProduct.h"
 #include "support/DatasetFiles.h"
@@ -539,11 +540,21 @@ private slots:
         driver.then([&](QDialog* d) {
             auto* settings = qobject_cast<DlgVLSettings*>(d);
             QVERIFY(settings);
+            // The user is asked first, and "no" loses nothing.
+            CMessageBox::setAnswer(false);
+            click(settings->GetRestoreButton());
+            QVERIFY(settings->GetRestoreButton()->isEnabled());
+            QVERIFY(QFileInfo::exists(m_run->app.filePath("bin/prop_ini.xml")));
+            CMessageBox::setAnswer(true);
             click(settings->GetRestoreButton());
         });
         QTimer::singleShot(0, [&] { click(window->GetActionButtons().at(3)); });
         QCOMPARE(QCoreApplication::exec(), Application::RestartExitCode);
         QVERIFY(!QFileInfo::exists(m_run->app.filePath("bin/prop_ini.xml")));
+        QCOMPARE(m_run->boxes.count(), 2);
+        QCOMPARE(m_run->boxes.boxes().first().title, QString("Quillmark-Standardeinstellungen wiederherstellen"));
+        QVERIFY(m_run->boxes.boxes().first().text.contains("Sicherungen bleiben erhalten"));
+        m_run->boxes.clear();
         // The pass ends as the loop ends it: the window goes.
         m_run->window.reset();
         Application::mainWnd = nullptr;

@@ -59,9 +59,12 @@ class TestSelfUpdate : public QObject
         DialogDriver driver;
         QScopedPointer<QuillmarkMainWindow> window;
 
-        bool prepare(bool appAuto, bool dsAuto, const QByteArray& version)
+        // `ownVersion`: the catalogue's Version; empty names none, so the build's own holds.
+        bool prepare(bool appAuto, bool dsAuto, const QByteArray& version, const QString& ownVersion = "1.2.3")
         {
-            if (!server->start() || !SampleCatalogue::Small().WriteTo(app.path()))
+            SampleCatalogue catalogue = SampleCatalogue::Small();
+            catalogue.version = ownVersion;
+            if (!server->start() || !catalogue.WriteTo(app.path()))
                 return false;
             if (!version.isNull())
                 writeFile(serverRoot.path() + VersionPath, version);
@@ -148,14 +151,21 @@ private slots:
         QTest::addColumn<QByteArray>("version"); // on the server
         QTest::addColumn<bool>("dialog");
         QTest::addColumn<QStringList>("requests");
+        QTest::addColumn<QString>("ownVersion"); // the catalogue's
+
+        // The build's own version, one step newer on the server.
+        QByteArray newerThanBuild = QByteArray(QUILLMARK_BUILD_VERSION).replace('.', "");
+        newerThanBuild.data()[newerThanBuild.size() - 1]++;
 
         QTest::newRow("newer version: dialog, then datasets")
-            << true << true << QByteArray("124") << true << QStringList{VersionPath, DatasetListPath};
+            << true << true << QByteArray("124") << true << QStringList{VersionPath, DatasetListPath} << "1.2.3";
+        QTest::newRow("no version in the catalogue: the build's own")
+            << true << true << newerThanBuild << true << QStringList{VersionPath, DatasetListPath} << "";
         QTest::newRow("up to date: datasets only")
-            << true << true << QByteArray("123") << false << QStringList{VersionPath, DatasetListPath};
+            << true << true << QByteArray("123") << false << QStringList{VersionPath, DatasetListPath} << "1.2.3";
         QTest::newRow("application check off")
-            << false << true << QByteArray("124") << false << QStringList{DatasetListPath};
-        QTest::newRow("both off: nothing") << false << false << QByteArray("124") << false << QStringList();
+            << false << true << QByteArray("124") << false << QStringList{DatasetListPath} << "1.2.3";
+        QTest::newRow("both off: nothing") << false << false << QByteArray("124") << false << QStringList() << "1.2.3";
     }
 
     void startOrder()
@@ -165,9 +175,10 @@ private slots:
         QFETCH(QByteArray, version);
         QFETCH(bool, dialog);
         QFETCH(QStringList, requests);
+        QFETCH(QString, ownVersion);
 
         Run run;
-        QVERIFY(run.prepare(appAuto, dsAuto, version));
+        QVERIFY(run.prepare(appAuto, dsAuto, version, ownVersion));
         QStringList requestsWhenOpen;
         run.driver.then([&](QDialog* d) {
             auto* update = qobject_cast<dlgUpdateQMKVersion*>(d);

@@ -44,7 +44,7 @@ class TestTranslations : public QObject
                 current.source = xml.readElementText();
             else if (xml.name() == QLatin1String("translation")) {
                 current.finished = xml.attributes().value(QLatin1String("type")).isEmpty();
-                current.translation = xml.readElementText();
+                current.translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
                 messages << current;
             }
         }

@@ -3,10 +3,11 @@
 // (selfupdate_ready_en.png, selfupdate_downloaded_en.png, selfupdate_uptodate_en.png,
 // selfupdate_noserver_en.png), then the same with _de. The update dialog is taken in its main
 // states from a real update against a loopback server: update_ready, update_downloading,
-// update_downloaded, update_installed, then the main window with the new cycle
+// update_downloaded (then closed, left for later), update_readytoinstall (opened again),
+// update_installing, update_installed, then the main window with the new cycle
 // (mainwindow_updated), a second search that finds nothing newer (update_uptodate), the same with
-// the cycle held on disk chosen and its details open (update_local), and a search that cannot
-// reach the server (update_failed); the settings dialog while its backup panel writes the
+// the cycle held on disk chosen and its details open (update_local), a search whose credentials
+// are refused (update_credentials) and one that cannot reach the server (update_failed); the settings dialog while its backup panel writes the
 // cycle archive and after writing and loading it (settings_backup_running, settings_backup_created,
 // settings_backup_loaded); then the reset and backup-removal dialogs idle and ready: reset_idle,
 // reset_ready, removebackup_idle and removebackup_ready.
@@ -193,18 +194,21 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
         window.resize(kWindowSize);
         window.show();
         const auto file = [&](const char* name) { return output + QLatin1Char('/') + QLatin1String(name) + suffix; };
-        bool updated = false, upToDate = false, failed = false;
+        bool downloaded = false, updated = false, upToDate = false, failed = false;
+        const char* failedName = "update_failed";
         // A step that does not come in time fails the pictures rather than taking a wrong one.
         const auto waitFor = [&](const std::function<bool()>& done, int ms) {
             const bool reached = QTest::qWaitFor(done, ms);
             ok = ok && reached;
             return reached;
         };
+        CDSVersion* engine = window.GetDataModel()->GetDSVersion();
         CDialogRoute::SetHandler([&](QDialog* d) {
             auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
             if (!dialog)
                 return;
-            if (dialog->GetState() == dlgUpdateDatasetVersion::StateUpToDate) {
+            switch (dialog->GetState()) {
+            case dlgUpdateDatasetVersion::StateUpToDate: {
                 ok = save(*dialog, file("update_uptodate")) && ok;
                 // The cycle just installed is held locally and can be installed again from disk.
                 VlBigComboBox* versions = dialog->GetVersionCombo();
@@ -218,8 +222,28 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
                 upToDate = true;
                 return;
             }
-            if (dialog->GetState() != dlgUpdateDatasetVersion::StateNewVersion) {
-                ok = save(*dialog, file("update_failed")) && ok;
+            case dlgUpdateDatasetVersion::StateReadyToInstall: {
+                // Downloaded earlier and left for later: the dialog offers the install.
+                ok = save(*dialog, file("update_readytoinstall")) && ok;
+                bool installingTaken = false;
+                // Taken as the copy begins, when the bar names the product.
+                QObject::connect(engine, &CDSVersion::SignalBeginCopyThead, dialog, [&] {
+                    if (!installingTaken)
+                        ok = save(*dialog, file("update_installing")) && ok;
+                    installingTaken = true;
+                });
+                dialog->GetInstallButton()->click();
+                if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateInstalled; }, 30000)) {
+                    dialog->GetResultPane()->Open();
+                    ok = save(*dialog, file("update_installed")) && ok;
+                }
+                updated = true;
+                return;
+            }
+            case dlgUpdateDatasetVersion::StateNewVersion:
+                break;
+            default:
+                ok = save(*dialog, file(failedName)) && ok;
                 failed = true;
                 return;
             }
@@ -234,21 +258,26 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
                 ok = save(*dialog, file("update_downloading")) && ok;
             if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateDownloaded; }, 30000))
                 ok = save(*dialog, file("update_downloaded")) && ok;
-            dialog->GetInstallButton()->click();
-            if (waitFor([&] { return dialog->GetState() == dlgUpdateDatasetVersion::StateInstalled; }, 30000)) {
-                dialog->GetResultPane()->Open();
-                ok = save(*dialog, file("update_installed")) && ok;
-            }
-            updated = true;
+            // Closed without installing: the user leaves the cycle for later.
+            downloaded = true;
         });
+        QMetaObject::invokeMethod(window.GetActionButtons().at(0), "clickedSlot");
+        waitFor([&] { return downloaded; }, 60000);
         QMetaObject::invokeMethod(window.GetActionButtons().at(0), "clickedSlot");
         waitFor([&] { return updated; }, 60000);
         ok = saveWindow(window, kWindowSize, file("mainwindow_updated")) && ok;
         // The same server asked again has nothing newer than what was just installed.
         window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
         waitFor([&] { return upToDate; }, 20000);
+        // A server that refuses the credentials answers, so the file's own failure shows.
+        server.setCredentials(QByteArrayLiteral("someone:else"));
+        failedName = "update_credentials";
+        window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
+        waitFor([&] { return failed; }, 20000);
         // With the server out of reach a search by hand ends in the connection failure.
-        window.GetDataModel()->GetDSVersion()->SetServer(QStringLiteral("127.0.0.1:1"));
+        failed = false;
+        failedName = "update_failed";
+        engine->SetServer(QStringLiteral("127.0.0.1:1"));
         window.GetDataModel()->RunUpdateAddOnDatasets(nullptr);
         waitFor([&] { return failed; }, 20000);
 
@@ -306,7 +335,6 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
         };
         takeBackupRun(1, "reset_idle", "reset_ready");
         // Install once more, so that there are backups to remove.
-        CDSVersion* engine = window.GetDataModel()->GetDSVersion();
         QSignalSpy installed(engine, &CDSVersion::SignalInstallReady);
         engine->SetProductList(window.GetDataModel()->GetProductList());
         engine->InstallProducts();

@@ -2,8 +2,19 @@
 
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
+#include "model/CInstallGroup.h"
+#include "model/CProduct.h"
+#include "ui/VlColors.h"
 #include "ui/VlFoldPane.h"
 #include "ui/VlPushButton.h"
+
+#include <QLabel>
+#include <QSet>
+
+namespace {
+// Beyond this many lines the product list names the rest.
+constexpr int st_touchedLines = 8;
+} // namespace
 
 DlgBackupRun::DlgBackupRun(QWidget* parent) : DlgDatasetRun(parent) {}
 
@@ -26,7 +37,12 @@ void DlgBackupRun::InitCtrls()
 {
     AddProductRow();
     AddSeparator();
-    AddWarningBox();
+    // Before anything is pressed the user sees which products the run touches and what comes back.
+    m_pTouched = new QLabel(this);
+    m_pTouched->setWordWrap(true);
+    m_pTouched->setTextFormat(Qt::PlainText);
+    VlColors::SetTextColor(m_pTouched, VlColors::DialogText());
+    AddWarningBox(m_pTouched);
     AddSeparator();
     AddMessageRow();
     AddProgressRow();
@@ -79,12 +95,43 @@ void DlgBackupRun::ShowReadyState()
     UpdateCtrls();
 }
 
+QString DlgBackupRun::TouchedText() const
+{
+    QStringList lines;
+    QSet<const CInstallGroup*> listed;
+    int entries = 0;
+    const QList<CProduct*> products = ProductsToRun();
+    for (CProduct* product : products) {
+        // Members of an install group share one folder: whatever happens to one happens to all.
+        const CInstallGroup* group = product->GetInstallGroup();
+        QStringList names{product->GetName()};
+        if (group && group->GetProdNames().size() > 1) {
+            if (listed.contains(group))
+                continue;
+            listed.insert(group);
+            names = group->GetProdNames();
+        }
+        if (++entries > st_touchedLines)
+            continue;
+        const QString cycle = CDSVersion::cutDig(product->GetBackCycleVersion());
+        const QString joined = names.join(QStringLiteral(", "));
+        lines << (cycle.isEmpty() ? NoBackupLine(joined) : TouchLine(joined, cycle));
+        if (names.size() > 1)
+            lines << QStringLiteral("    ") + SharedFolderLine();
+    }
+    if (entries > st_touchedLines)
+        lines << tr("and %1 more (see the product list)").arg(entries - st_touchedLines);
+    return lines.join(QLatin1Char('\n'));
+}
+
 void DlgBackupRun::retranslate()
 {
     DlgDatasetRun::retranslate();
     if (!m_pAction)
         return; // before Init
     m_pAction->setText(ActionText());
+    m_pTouched->setText(TouchedText());
+    m_pTouched->setVisible(!m_pTouched->text().isEmpty());
     if (m_iState == RunningState())
         ShowMessage(RunningText());
 }

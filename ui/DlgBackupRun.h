@@ -5,6 +5,7 @@
 #include <QString>
 
 class CProductList;
+class QLabel;
 class VlPushButton;
 
 // The reset and backup-removal dialogs: a warning, one action button that runs the engine once
@@ -21,6 +22,9 @@ public:
     void InitCtrls();
     void UpdateCtrls();
     VlPushButton* GetActionButton() const { return m_pAction; }
+    QLabel* GetTouchedLabel() const { return m_pTouched; }
+    // One line per product or install group the run touches, with the cycle its backup holds.
+    QString TouchedText() const;
 
     void retranslate() override;
 
@@ -34,6 +38,10 @@ protected:
     virtual QString ReadyText() const = 0;
     virtual void ConnectEngine() = 0;
     virtual void RunEngine(CProductList* products) = 0;
+    // A line of the touched list: `names` and the cycle of their backup, or no backup.
+    virtual QString TouchLine(const QString& names, const QString& cycle) const = 0;
+    virtual QString NoBackupLine(const QString& names) const = 0;
+    virtual QString SharedFolderLine() const = 0;
 
     // The action button pressed, a product reached, the run over.
     void StartRun();
@@ -43,4 +51,5 @@ protected:
 private:
     VlPushButton* m_pAction = nullptr;
     VlPushButton* m_pSecond = nullptr;
+    QLabel* m_pTouched = nullptr;
 };

@@ -58,3 +58,18 @@ QString DlgRemoveBackup::ReadyText() const
 {
     return tr("RemoveBackup ready.");
 }
+
+QString DlgRemoveBackup::TouchLine(const QString& names, const QString& cycle) const
+{
+    return tr("%1: the backup of cycle %2 is deleted").arg(names, cycle);
+}
+
+QString DlgRemoveBackup::NoBackupLine(const QString& names) const
+{
+    return tr("%1: no backup to delete").arg(names);
+}
+
+QString DlgRemoveBackup::SharedFolderLine() const
+{
+    return tr("(they share one folder and one backup)");
+}

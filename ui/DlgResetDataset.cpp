@@ -58,3 +58,18 @@ QString DlgResetDataset::ReadyText() const
 {
     return tr("Reset ready.");
 }
+
+QString DlgResetDataset::TouchLine(const QString& names, const QString& cycle) const
+{
+    return tr("%1: back to cycle %2").arg(names, cycle);
+}
+
+QString DlgResetDataset::NoBackupLine(const QString& names) const
+{
+    return tr("%1: no backup, nothing to reset").arg(names);
+}
+
+QString DlgResetDataset::SharedFolderLine() const
+{
+    return tr("(they share one folder and are reset together)");
+}

@@ -32,4 +32,7 @@ protected:
     QString ReadyText() const override;
     void ConnectEngine() override;
     void RunEngine(CProductList* products) override;
+    QString TouchLine(const QString& names, const QString& cycle) const override;
+    QString NoBackupLine(const QString& names) const override;
+    QString SharedFolderLine() const override;
 };

@@ -1,6 +1,7 @@
 #include "ui/DlgVLSettings.h"
 
 #include "app/Application.h"
+#include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
 #include "ui/VlBigComboBox.h"
@@ -180,6 +181,13 @@ void DlgVLSettings::ClickedAddOnDatasetsRunUpdate()
 
 void DlgVLSettings::ClickedRestoreQMKDefaultSettings()
 {
+    // The settings file goes for good: the user learns what that costs before it happens.
+    if (!CMessageBox::ask(tr("Restore the default settings and start Quillmark again?") + QLatin1Char('\n') +
+                              tr("Quillmark forgets the language, the automatic update checks, the simulator "
+                                 "folders and each product's folder and selection. Installed navigation data "
+                                 "and backups stay as they are."),
+                          tr("Restore Quillmark default settings"), this))
+        return;
     m_pRestore->setEnabled(false);
     if (CDataModel* model = GetDataModel())
         model->RestoreQMKDefaultSettings();

@@ -1,6 +1,9 @@
 #include "ui/QuillmarkMainWindow.h"
 
 #include "app/Application.h"
+#include "engine/CDSVersion.h"
+#include "model/CInstallGroup.h"
+#include "model/CProduct.h"
 #include "model/CCategory.h"
 #include "ui/CDialogFactory.h"
 #include "ui/CvlFilterCmb.h"
@@ -421,6 +424,8 @@ QGridLayout* QuillmarkMainWindow::CreateStatusLeisteLayout()
     m_pStatus = new QLabel(tr("Ready"), m_pMainLabel);
     m_pStatus->setFont(VlFonts::Font(9, QFont::Normal, true));
     VlColors::SetTextColor(m_pStatus, QColor(254, 254, 254));
+    // A long report must not widen the window; the whole of it is in the tooltip.
+    m_pStatus->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     grid->addWidget(m_pStatus, 0, 0);
 
     auto* grip = new QSizeGrip(this);
@@ -453,6 +458,90 @@ void QuillmarkMainWindow::InitSlotSignal()
     connect(m_pFilter, &CvlFilterCmb::ChangeDataset, this, &QuillmarkMainWindow::ChangeDatasetFilterSlot);
     connect(this, &QuillmarkMainWindow::SignalChangeDataset, m_pProdList, &VlProdListLabel::ChangeDatasetFilterSlot);
     connect(&m_dataModel, &CDataModel::SignalCloseApplication, this, &QuillmarkMainWindow::CloseWindowSlot);
+
+    CDSVersion* engine = m_dataModel.GetDSVersion();
+    connect(engine, &CDSVersion::SignalInstallReady, this, [this] { RunEndedSlot(ERunKind::Update); });
+    connect(engine, &CDSVersion::SignalResetReady, this, [this] { RunEndedSlot(ERunKind::Reset); });
+    connect(engine, &CDSVersion::SignalRemoveBackupReady, this, [this] { RunEndedSlot(ERunKind::RemoveBackup); });
+    connect(engine, &CDSVersion::SignalDownloadDataSetError, this, &QuillmarkMainWindow::DownloadFailedSlot);
+    connect(engine, &CDSVersion::SignalDownloadDataSetReady, this, [this] {
+        m_eLastRun = ERunKind::Download;
+        m_strRunCycle = CDSVersion::cutDig(m_dataModel.GetDSVersion()->GetNewVersion());
+        m_pStatus->setText(StatusText());
+    });
+}
+
+void QuillmarkMainWindow::RunEndedSlot(ERunKind kind)
+{
+    // The products of the run: one card's product with its install group, else the selection.
+    CDSVersion* engine = m_dataModel.GetDSVersion();
+    QList<CProduct*> products;
+    if (CProduct* single = engine->GetSingleProduct())
+        products = single->GetInstallGroup() ? single->GetInstallGroup()->GetProducts() : QList<CProduct*>{single};
+    else
+        for (int i = 0; i < m_dataModel.GetProductListSize(); ++i)
+            if (CProduct* product = m_dataModel.GetProductByIndex(i); product && product->GetUpdate())
+                products << product;
+    m_eLastRun = kind;
+    m_iRunOk = m_iRunFailed = 0;
+    m_strRunProblem.clear();
+    for (CProduct* product : products) {
+        if (product->GetInstallState() == QMK_STATE_INSTALL_OK) {
+            ++m_iRunOk;
+        } else if (product->GetInstallState() == QMK_STATE_INSTALL_ERROR) {
+            ++m_iRunFailed;
+            if (m_strRunProblem.isEmpty())
+                m_strRunProblem = product->GetErrorText();
+        }
+    }
+    m_strRunCycle = CDSVersion::cutDig(engine->GetTargetVersion());
+    m_pStatus->setText(StatusText());
+    m_pStatus->setToolTip(m_pStatus->text());
+}
+
+void QuillmarkMainWindow::DownloadFailedSlot()
+{
+    m_eLastRun = ERunKind::Update;
+    m_iRunOk = 0;
+    m_iRunFailed = 1;
+    m_strRunProblem = m_dataModel.GetDSVersion()->GetLastFailure().UserText();
+    m_pStatus->setText(StatusText());
+    m_pStatus->setToolTip(m_pStatus->text());
+}
+
+QString QuillmarkMainWindow::StatusText() const
+{
+    QString failed;
+    switch (m_eLastRun) {
+    case ERunKind::None:
+        return tr("Ready");
+    case ERunKind::Download:
+        return tr("Cycle %1 downloaded, not installed yet").arg(m_strRunCycle);
+    case ERunKind::Update:
+        if (m_iRunOk > 0 && m_iRunFailed == 0)
+            return tr("Updated %n product(s) to cycle %1", "", m_iRunOk).arg(m_strRunCycle);
+        if (m_iRunOk > 0)
+            return tr("Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others "
+                      "failed")
+                .arg(m_iRunOk)
+                .arg(m_iRunOk + m_iRunFailed)
+                .arg(m_strRunCycle);
+        failed = tr("Update failed");
+        break;
+    case ERunKind::Reset:
+        if (m_iRunFailed == 0)
+            return tr("Reset %n product(s) to their backed-up cycle", "", m_iRunOk);
+        failed = tr("Reset failed");
+        break;
+    case ERunKind::RemoveBackup:
+        if (m_iRunFailed == 0)
+            return tr("Deleted the backups of %n product(s)", "", m_iRunOk);
+        failed = tr("Backup removal failed");
+        break;
+    }
+    if (m_iRunOk > 0)
+        failed = tr("%1 for %2 of %3 products").arg(failed).arg(m_iRunFailed).arg(m_iRunOk + m_iRunFailed);
+    return m_strRunProblem.isEmpty() ? failed : failed + QStringLiteral(": ") + m_strRunProblem;
 }
 
 void QuillmarkMainWindow::CloseWindowSlot()
@@ -554,7 +643,8 @@ void QuillmarkMainWindow::retranslate()
     if (m_pFilterCaption)
         m_pFilterCaption->setText(tr("Dataset-Filter"));
     if (m_pStatus)
-        m_pStatus->setText(tr("Ready"));
+        m_pStatus->setText(StatusText());
+    m_pStatus->setToolTip(m_pStatus->text());
 }
 
 void QuillmarkMainWindow::changeEvent(QEvent* event)

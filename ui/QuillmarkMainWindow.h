@@ -104,6 +104,19 @@ private:
     void PaintCategoryLineLabel();
     void PaintAll();
 
+    // What the last engine run did, kept so that the status line can say it in any language.
+    enum class ERunKind
+    {
+        None,
+        Download,
+        Update,
+        Reset,
+        RemoveBackup
+    };
+    void RunEndedSlot(ERunKind kind);
+    void DownloadFailedSlot();
+    QString StatusText() const;
+
     void ClickedCategory(VlCatLabel* clicked);
     int HeaderRowWidth() const;
     void PlaceFilter();
@@ -134,6 +147,11 @@ private:
     CvlHelpButton* m_pHelpButton = nullptr;
     CvlRemoveBackupButton* m_pRemoveBackupButton = nullptr;
     QRect m_normalGeometry;
+    ERunKind m_eLastRun = ERunKind::None;
+    int m_iRunOk = 0;
+    int m_iRunFailed = 0;
+    QString m_strRunCycle;
+    QString m_strRunProblem; // why a run that reached nothing failed
     CvlFilterCmb* m_pFilter = nullptr;
     SystemButton* m_pCloseButton = nullptr;
     SystemButton* m_pMiniButton = nullptr;

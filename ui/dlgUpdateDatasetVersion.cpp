@@ -20,9 +20,15 @@
 #include <QSet>
 
 namespace {
-QString megabytes(qint64 bytes)
+// Sizes in the unit of the larger one, so that a small archive does not read "0.0 of 0.0 MB".
+bool inMegabytes(qint64 bytes)
 {
-    return QString::number(double(bytes) / (1024.0 * 1024.0), 'f', 1);
+    return bytes >= 1024 * 1024;
+}
+
+QString inUnit(qint64 bytes, bool megabytes)
+{
+    return QString::number(double(bytes) / (megabytes ? 1024.0 * 1024.0 : 1024.0), 'f', 1);
 }
 } // namespace
 
@@ -225,6 +231,10 @@ void dlgUpdateDatasetVersion::UpdateVersionCmb()
         m_pDownload->setEnabled(accepted && HasNewVersion());
         m_pInstall->hide();
     }
+    if (m_pRetry && !m_pRetry->isHidden()) {
+        m_pDownload->hide();
+        m_pInstall->hide();
+    }
     SetStepButton(StepButton(), false);
 }
 
@@ -265,8 +275,11 @@ void dlgUpdateDatasetVersion::UpdateCtrls()
         (m_iState == StateNoList || m_iState == StateDownloadFailed) && m_pDSVersion && m_pDSVersion->GetLastFailure().IsSet();
     m_pRetry->setVisible(failed);
     m_pRetry->setEnabled(failed);
-    if (failed)
+    // One button at a time in the cell: after a failure the step on offer is the repeat.
+    if (failed) {
         m_pDownload->hide();
+        m_pInstall->hide();
+    }
     if (m_iState != StateDownloaded && m_iState != StateBarReset && m_iState != StateBarZero)
         ShowReason(QString());
 
@@ -324,6 +337,8 @@ void dlgUpdateDatasetVersion::UpdateCtrls()
         break;
     case StateInstallPressed:
         ShowMessage(tr("Run install."));
+        // Enabled, so that the product it names can be read.
+        GetProgressBar()->setEnabled(true);
         ShowBusyBar();
         m_pInstall->setEnabled(false);
         m_pCreateBackup->setEnabled(false);
@@ -470,12 +485,25 @@ void dlgUpdateDatasetVersion::DownloadProgressSlot(qint64 received, qint64 total
     const QStringList& queue = m_pDSVersion->GetDatasetQueue();
     QString text = tr("%1 (%2 of %3)").arg(m_strDataset).arg(queue.indexOf(m_strDataset) + 1).arg(queue.size());
     if (total > 0)
-        text += QStringLiteral(" — ") + tr("%1 of %2 MB").arg(megabytes(received), megabytes(total));
+        text += QStringLiteral(" — ") + (inMegabytes(total) ? tr("%1 of %2 MB") : tr("%1 of %2 kB"))
+                                            .arg(inUnit(received, inMegabytes(total)), inUnit(total, inMegabytes(total)));
     else if (received > 0)
-        text += QStringLiteral(" — ") + tr("%1 MB").arg(megabytes(received));
+        text += QStringLiteral(" — ") + (inMegabytes(received) ? tr("%1 MB") : tr("%1 kB"))
+                                            .arg(inUnit(received, inMegabytes(received)));
     if (bytesPerSecond > 0)
         text += QStringLiteral(", ") + DownloadManager::speedText(bytesPerSecond).trimmed();
     SetProgressText(text);
+}
+
+void dlgUpdateDatasetVersion::showEvent(QShowEvent* event)
+{
+    DlgDatasetRun::showEvent(event);
+    // The keyboard starts where the next step is: the overwrite consent while it is missing,
+    // else the button that takes the step.
+    if (!m_pOverwriteAccept->isChecked() && (m_iState == StateNewVersion || m_iState == StateReadyToInstall))
+        m_pOverwriteAccept->setFocus(Qt::OtherFocusReason);
+    else
+        SetStepButton(StepButton(), true);
 }
 
 void dlgUpdateDatasetVersion::done(int result)

@@ -58,6 +58,11 @@ public:
     // Closing while a downloaded cycle waits to be installed asks once whether to leave it for later.
     void done(int result) override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
+public:
+
 public slots:
     void CloseDlg(bool ok) override;
     void ClickedRetrySlot();

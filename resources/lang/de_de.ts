@@ -248,6 +248,13 @@
     </message>
 </context>
 <context>
+    <name>DlgBackupRun</name>
+    <message>
+        <source>and %1 more (see the product list)</source>
+        <translation>und %1 weitere (siehe Produktliste)</translation>
+    </message>
+</context>
+<context>
     <name>DlgBase</name>
     <message>
         <source>About Quillmark</source>
@@ -366,6 +373,18 @@
         <source>RemoveBackup ready.</source>
         <translation>Backups gelöscht.</translation>
     </message>
+    <message>
+        <source>%1: the backup of cycle %2 is deleted</source>
+        <translation>%1: Die Sicherung von Zyklus %2 wird gelöscht</translation>
+    </message>
+    <message>
+        <source>%1: no backup to delete</source>
+        <translation>%1: keine Sicherung zum Löschen</translation>
+    </message>
+    <message>
+        <source>(they share one folder and one backup)</source>
+        <translation>(sie teilen sich einen Ordner und eine Sicherung)</translation>
+    </message>
 </context>
 <context>
     <name>DlgResetDataset</name>
@@ -384,6 +403,18 @@
     <message>
         <source>Reset ready.</source>
         <translation>Zurücksetzen fertig.</translation>
+    </message>
+    <message>
+        <source>%1: back to cycle %2</source>
+        <translation>%1: zurück zu Zyklus %2</translation>
+    </message>
+    <message>
+        <source>%1: no backup, nothing to reset</source>
+        <translation>%1: keine Sicherung, nichts zurückzusetzen</translation>
+    </message>
+    <message>
+        <source>(they share one folder and are reset together)</source>
+        <translation>(sie teilen sich einen Ordner und werden gemeinsam zurückgesetzt)</translation>
     </message>
 </context>
 <context>
@@ -412,6 +443,14 @@
         <source>Restore Quillmark default settings</source>
         <translation>Quillmark-Standardeinstellungen wiederherstellen</translation>
     </message>
+    <message>
+        <source>Restore the default settings and start Quillmark again?</source>
+        <translation>Standardeinstellungen wiederherstellen und Quillmark neu starten?</translation>
+    </message>
+    <message>
+        <source>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</source>
+        <translation>Quillmark vergisst die Sprache, die automatischen Update-Prüfungen, die Simulatorordner sowie Ordner und Auswahl jedes Produkts. Installierte Navigationsdaten und Sicherungen bleiben erhalten.</translation>
+    </message>
 </context>
 <context>
     <name>QuillmarkMainWindow</name>
@@ -430,6 +469,51 @@
     <message>
         <source>Ready</source>
         <translation>Bereit</translation>
+    </message>
+    <message numerus="yes">
+        <source>Updated %n product(s) to cycle %1</source>
+        <translation>
+            <numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform>
+            <numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
+        <translation>%1 von %2 Produkten auf Zyklus %3 aktualisiert; das Ergebnis im Update-Dialog nennt die Gründe für die übrigen</translation>
+    </message>
+    <message>
+        <source>Update failed</source>
+        <translation>Aktualisierung fehlgeschlagen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reset %n product(s) to their backed-up cycle</source>
+        <translation>
+            <numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform>
+            <numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reset failed</source>
+        <translation>Zurücksetzen fehlgeschlagen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Deleted the backups of %n product(s)</source>
+        <translation>
+            <numerusform>Sicherung von %n Produkt gelöscht</numerusform>
+            <numerusform>Sicherungen von %n Produkten gelöscht</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Backup removal failed</source>
+        <translation>Löschen der Sicherung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>%1 for %2 of %3 products</source>
+        <translation>%1 bei %2 von %3 Produkten</translation>
+    </message>
+    <message>
+        <source>Cycle %1 downloaded, not installed yet</source>
+        <translation>Zyklus %1 heruntergeladen, noch nicht installiert</translation>
     </message>
 </context>
 <context>
@@ -714,6 +798,14 @@
     <message>
         <source>Retry</source>
         <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 kB</source>
+        <translation>%1 von %2 kB</translation>
+    </message>
+    <message>
+        <source>%1 kB</source>
+        <translation>%1 kB</translation>
     </message>
 </context>
 <context>

@@ -248,6 +248,13 @@
     </message>
 </context>
 <context>
+    <name>DlgBackupRun</name>
+    <message>
+        <source>and %1 more (see the product list)</source>
+        <translation>and %1 more (see the product list)</translation>
+    </message>
+</context>
+<context>
     <name>DlgBase</name>
     <message>
         <source>About Quillmark</source>
@@ -366,6 +373,18 @@
         <source>RemoveBackup ready.</source>
         <translation>RemoveBackup ready.</translation>
     </message>
+    <message>
+        <source>%1: the backup of cycle %2 is deleted</source>
+        <translation>%1: the backup of cycle %2 is deleted</translation>
+    </message>
+    <message>
+        <source>%1: no backup to delete</source>
+        <translation>%1: no backup to delete</translation>
+    </message>
+    <message>
+        <source>(they share one folder and one backup)</source>
+        <translation>(they share one folder and one backup)</translation>
+    </message>
 </context>
 <context>
     <name>DlgResetDataset</name>
@@ -384,6 +403,18 @@
     <message>
         <source>Reset ready.</source>
         <translation>Reset ready.</translation>
+    </message>
+    <message>
+        <source>%1: back to cycle %2</source>
+        <translation>%1: back to cycle %2</translation>
+    </message>
+    <message>
+        <source>%1: no backup, nothing to reset</source>
+        <translation>%1: no backup, nothing to reset</translation>
+    </message>
+    <message>
+        <source>(they share one folder and are reset together)</source>
+        <translation>(they share one folder and are reset together)</translation>
     </message>
 </context>
 <context>
@@ -412,6 +443,14 @@
         <source>Restore Quillmark default settings</source>
         <translation>Restore Quillmark default settings</translation>
     </message>
+    <message>
+        <source>Restore the default settings and start Quillmark again?</source>
+        <translation>Restore the default settings and start Quillmark again?</translation>
+    </message>
+    <message>
+        <source>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</source>
+        <translation>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</translation>
+    </message>
 </context>
 <context>
     <name>QuillmarkMainWindow</name>
@@ -430,6 +469,51 @@
     <message>
         <source>Ready</source>
         <translation>Ready</translation>
+    </message>
+    <message numerus="yes">
+        <source>Updated %n product(s) to cycle %1</source>
+        <translation>
+            <numerusform>Updated %n product to cycle %1</numerusform>
+            <numerusform>Updated %n products to cycle %1</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
+        <translation>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</translation>
+    </message>
+    <message>
+        <source>Update failed</source>
+        <translation>Update failed</translation>
+    </message>
+    <message numerus="yes">
+        <source>Reset %n product(s) to their backed-up cycle</source>
+        <translation>
+            <numerusform>Reset %n product to its backed-up cycle</numerusform>
+            <numerusform>Reset %n products to their backed-up cycle</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Reset failed</source>
+        <translation type="unfinished">Reset failed</translation>
+    </message>
+    <message numerus="yes">
+        <source>Deleted the backups of %n product(s)</source>
+        <translation>
+            <numerusform>Deleted the backup of %n product</numerusform>
+            <numerusform>Deleted the backups of %n products</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Backup removal failed</source>
+        <translation>Backup removal failed</translation>
+    </message>
+    <message>
+        <source>%1 for %2 of %3 products</source>
+        <translation>%1 for %2 of %3 products</translation>
+    </message>
+    <message>
+        <source>Cycle %1 downloaded, not installed yet</source>
+        <translation>Cycle %1 downloaded, not installed yet</translation>
     </message>
 </context>
 <context>
@@ -714,6 +798,14 @@
     <message>
         <source>Retry</source>
         <translation>Retry</translation>
+    </message>
+    <message>
+        <source>%1 of %2 kB</source>
+        <translation>%1 of %2 kB</translation>
+    </message>
+    <message>
+        <source>%1 kB</source>
+        <translation>%1 kB</translation>
     </message>
 </context>
 <context>
