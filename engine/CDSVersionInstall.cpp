@@ -77,10 +77,11 @@ void CDSVersion::UnzipNextProduct()
         CProduct* product = m_pProductList->GetByIndex(m_iCurrentIndex);
         if (!product)
             continue;
-        if (product->GetUpdate())
-            product->SetInstallState(QMK_STATE_INSTALL_RUN);
+        // A member of an install group that this run has already served keeps the state it got then.
         if (product->GetResetOrUpdateDone())
             continue;
+        if (product->GetUpdate())
+            product->SetInstallState(QMK_STATE_INSTALL_RUN);
         if (!product->GetUpdate())
             product->SetInstallState(QMK_STATE_NOT_INSTALLED);
         emit SignalUnzippProduct(product->GetName());
@@ -289,7 +290,9 @@ void CDSVersion::FileCopyThreadFinishedSlot()
         } else {
             product->SetInstallState(QMK_STATE_INSTALL_OK);
             if (CInstallGroup* group = product->GetInstallGroup()) {
+                // The shared files are in: every member holds the new cycle now, not only this one.
                 group->SetResetOrUpdateTrue(product);
+                group->SetInstallState(QMK_STATE_INSTALL_OK);
                 for (const QString& name : group->GetProdNames())
                     WriteResult(tr("Install success") + QLatin1Char(' ') + name, false);
             }

@@ -278,9 +278,10 @@ private slots:
         });
         run.click(3);
         items.sort();
-        QCOMPARE(items, (QStringList{"English (United States)", "German (Germany)"}));
+        // Each language is named in itself.
+        QCOMPARE(items, (QStringList{"Deutsch (Deutschland)", "English (United States)"}));
         QCOMPARE(selected, QString("en_US"));
-        QCOMPARE(german, QString("Backup erstellen"));
+        QCOMPARE(german, QString("Archiv &speichern"));
         QCOMPARE(Application::GetLanguage(), QString("de_DE"));
 
         // The next run reads the choice back from the settings file.
@@ -368,7 +369,7 @@ private slots:
             QVERIFY(settings->isVisible());
         });
         run.click(3);
-        QCOMPARE(run.driver.titles(), (QStringList{"Settings", "Product-Dataset Update"}));
+        QCOMPARE(run.driver.titles(), (QStringList{"Settings", "Update navigation data"}));
     }
 
     void closingStopsRunningBackupArchive()
@@ -397,11 +398,7 @@ private slots:
         QString pid;
         driver.then([&](QDialog*) {
             auto* settings = static_cast<DlgVLSettings*>(dialog.data());
-            QPushButton* create = nullptr;
-            for (QPushButton* button : settings->GetBackupPanel()->findChildren<QPushButton*>())
-                if (button->text() == "Create backup")
-                    create = button;
-            QVERIFY(create);
+            QPushButton* create = settings->GetBackupPanel()->GetCreateButton();
             QTest::mouseClick(create, Qt::LeftButton);
             QTRY_VERIFY(QFileInfo(pidFile).size() > 0);
             pid = QString::fromUtf8(readFile(pidFile)).trimmed();

@@ -264,7 +264,7 @@ class TestJourney : public QObject
             VlProdLabel* card = m_run->card(addon.name);
             QVERIFY(card);
             const QString expected =
-                on1802.contains(addon.name) ? "- installed ( V. 1802 R. 1 )" : "- installed ( V. 1801 R. 1 )";
+                on1802.contains(addon.name) ? "Installed: cycle 1802, revision 1" : "Installed: cycle 1801, revision 1";
             QVERIFY2(card->GetCycleText().startsWith(expected), qPrintable(addon.name + ": " + card->GetCycleText()));
         }
     }
@@ -335,7 +335,7 @@ private slots:
         });
         m_run->open();
         QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 2, 30000);
-        QCOMPARE(driver.titles(), (QStringList{"Quillmark Update", "Product-Dataset Update"}));
+        QCOMPARE(driver.titles(), (QStringList{"Quillmark Update", "Update navigation data"}));
         QCOMPARE(offered, QString("Version 1.2.4 ready for download."));
         QCOMPARE(cycleState, int(dlgUpdateDatasetVersion::StateNewVersion));
         QCOMPARE(cycleText, QString("1802 ready for download."));
@@ -381,9 +381,11 @@ private slots:
         click(m_run->window->GetActionButtons().at(0));
         QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 1, 30000);
         QCOMPARE(downloaded, QString("Update 1802 downloaded."));
-        QCOMPARE(installed, QString("Install ready."));
+        QCOMPARE(installed, QString("Installation complete."));
+        // The window tells what the run did, in the English a pilot reads.
+        QCOMPARE(m_run->window->GetStatusLabel()->text(), QString("Updated 4 products to cycle 1802"));
         for (const QString name : {"Charlie GNS", "Delta GNS"})
-            QVERIFY2(result.contains("Install success " + name), qPrintable(result));
+            QVERIFY2(result.contains("Installed " + name), qPrintable(result));
 
         verifyTree(m_run->installed({"Alpha", "Bravo", "Shared"}, true));
         verifyCards({"Alpha FMS", "Bravo FMS", "Charlie GNS", "Delta GNS"});
@@ -441,7 +443,7 @@ private slots:
 
         QCOMPARE(driver.titles(), QStringList{"Settings"});
         QCOMPARE(proposed, (QStringList{"Quillmark_1802_1.zip", QString()}));
-        QCOMPARE(statuses, (QStringList{"Create backup successful", "Load backup successful"}));
+        QCOMPARE(statuses, (QStringList{"Save archive successful", "Load archive successful"}));
         QVERIFY(emptied.isEmpty());
         QCOMPARE(checksums(m_run->cycleFolder()), cycle);
         QProcess unzip;
@@ -490,11 +492,11 @@ private slots:
 
         driver.then(run(17));
         click(m_run->window->GetActionButtons().at(2));
-        QCOMPARE(driver.titles(), (QStringList{"Product-Dataset Reset", "Product-Dataset RemoveBackup"}));
+        QCOMPARE(driver.titles(), (QStringList{"Reset navigation data", "Delete backups"}));
         QCOMPARE(panes.at(0), QString("  Alpha FMS\r\n"));
         // Delta came into the selection with its install group.
         QCOMPARE(panes.at(1), QString("  Alpha FMS\r\n  Bravo FMS\r\n  Charlie GNS\r\n  Delta GNS\r\n"));
-        QCOMPARE(messages.at(0), QString("Reset ready."));
+        QCOMPARE(messages.at(0), QString("Reset complete."));
         expected = m_run->installed({"Bravo", "Shared"}, false);
         expected.insert("Alpha/NavData/Added/b.dat", sha1("new b of XP11NAV"));
         verifyTree(expected);
@@ -502,12 +504,12 @@ private slots:
         QVERIFY(mark.since("log_freset.txt").contains("Alpha"));
         QVERIFY(!mark.since("log_fremovebackup.txt").isEmpty());
         // Alpha, reset just now, has no backup left to remove, and says so.
-        QCOMPARE(messages.at(1), QString("RemoveBackup ready. Error (1) "));
-        QCOMPARE(results.at(0), QString(" + Reset success Alpha FMS ( V. 1801 R. 1 )\r\n"));
+        QCOMPARE(messages.at(1), QString("Backups deleted. Error (1) "));
+        QCOMPARE(results.at(0), QString(" + Reset Alpha FMS ( V. 1801 R. 1 )\r\n"));
         QCOMPARE(results.at(1), QString("Error: not found backup for Alpha FMS\r\n"
-                                        " + Remove backup success Bravo FMS\r\n"
-                                        " + Remove backup success Charlie GNS\r\n"
-                                        " + Remove backup success Delta GNS\r\n"));
+                                        " + Backup deleted Bravo FMS\r\n"
+                                        " + Backup deleted Charlie GNS\r\n"
+                                        " + Backup deleted Delta GNS\r\n"));
     }
 
     // 5. German chosen in the settings: the dialog and the window change at once. Restoring the
@@ -553,7 +555,7 @@ private slots:
         QVERIFY(!QFileInfo::exists(m_run->app.filePath("bin/prop_ini.xml")));
         QCOMPARE(m_run->boxes.count(), 2);
         QCOMPARE(m_run->boxes.boxes().first().title, QString("Quillmark-Standardeinstellungen wiederherstellen"));
-        QVERIFY(m_run->boxes.boxes().first().text.contains("Sicherungen bleiben erhalten"));
+        QVERIFY(m_run->boxes.boxes().first().text.contains("Backups bleiben erhalten"));
         m_run->boxes.clear();
         // The pass ends as the loop ends it: the window goes.
         m_run->window.reset();
@@ -747,9 +749,9 @@ private slots:
             QVERIFY(
                 m_server.accessLog().mid(accessBefore).contains("\"POST /quillmark/versionList.txt HTTP/1.1\" 401"));
         if (fault != "credentials") {
-            QCOMPARE(installText, QString("Install ready. Error (4) "));
+            QCOMPARE(installText, QString("Installation complete. Error (4) "));
             QCOMPARE(installResult,
-                     QString(" + Install success Alpha FMS\r\n + Install success Bravo FMS\r\n"
+                     QString(" + Installed Alpha FMS\r\n + Installed Bravo FMS\r\n"
                              "Error: File XP10NAV.zip not found\r\nError: Install failed Charlie GNS\r\n"
                              "Error: File XP10NAV.zip not found\r\nError: Install failed Delta GNS\r\n"));
         }

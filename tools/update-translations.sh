@@ -6,8 +6,10 @@ cd "$(dirname "$0")/.."
 LUPDATE=/usr/lib/qt5/bin/lupdate
 "$LUPDATE" -silent -recursive app model engine ui -locations none -no-obsolete \
     -ts resources/lang/en_us.ts resources/lang/de_de.ts
-# English is the source language: every text translates to itself.
-sed -i -e 's|<translation type="unfinished"></translation>|<translation>@SOURCE@</translation>|' resources/lang/en_us.ts
+# A new English text starts as itself; where it reads like code, en_us.ts gets a real English wording
+# (resources/lang/WORDS.md lists the terms and the words that must not stay).
+sed -i -e 's|<translation type="unfinished"></translation>|<translation>@SOURCE@</translation>|' \
+    -e 's|<translation type="unfinished">\(..*\)</translation>|<translation>\1</translation>|' resources/lang/en_us.ts
 awk '
     /<source>/ { src = $0; sub(/.*<source>/, "", src); sub(/<\/source>.*/, "", src) }
     /@SOURCE@/ { gsub(/&/, "\\\\&", src); sub(/@SOURCE@/, src) }

@@ -47,7 +47,7 @@ void CvlActionBtn::Init(const QString& normalImage, const QString& hoverImage, c
     setMouseTracking(true);
     // Reachable with Tab and pressed with Space or Return, like any push button.
     setFocusPolicy(Qt::StrongFocus);
-    setAccessibleName(caption);
+    setAccessibleName(QString(caption).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     connect(this, &CvlActionBtn::clicked, this, &CvlActionBtn::clickedSlot);
 }
 
@@ -60,7 +60,8 @@ void CvlActionBtn::SetCaption(const QString& caption)
 {
     if (m_pCaption)
         m_pCaption->setText(caption);
-    setAccessibleName(caption);
+    // A translation may break a long caption into two lines; a screen reader reads one.
+    setAccessibleName(QString(caption).replace(QLatin1Char('\n'), QLatin1Char(' ')));
 }
 
 void CvlActionBtn::ShowHover(bool hover)

@@ -83,7 +83,7 @@ void DlgBackupRun::StartRun()
 
 void DlgBackupRun::ShowProduct(const QString& name)
 {
-    ShowMessage(ActionText() + QLatin1Char(' ') + name);
+    ShowMessage(VlPushButton::Plain(ActionText()) + QLatin1Char(' ') + name);
 }
 
 void DlgBackupRun::ShowReadyState()

@@ -31,13 +31,21 @@ QGroupBox {
 QGroupBox::title { subcontrol-origin: margin; left: 10px; padding: 0 4px; }
 )";
 
+// Each language is named in itself, so that a user who cannot read the current one finds his own.
 QString languageItemText(const QString& key)
 {
     const QLocale locale(key);
-    QString country = QLocale::countryToString(locale.country());
+    // Qt's own name of American English is "American English"; the language is English.
+    QString language = locale.language() == QLocale::English ? QLocale::languageToString(QLocale::English)
+                                                              : locale.nativeLanguageName();
+    if (!language.isEmpty())
+        language[0] = language.at(0).toUpper();
+    QString country = locale.nativeCountryName();
+    if (country.isEmpty() || country == QLatin1String("UnitedStates"))
+        country = QLocale::countryToString(locale.country());
     if (country == QLatin1String("UnitedStates"))
         country = QStringLiteral("United States");
-    return QLocale::languageToString(locale.language()) + QStringLiteral(" (") + country + QLatin1Char(')');
+    return language + QStringLiteral(" (") + country + QLatin1Char(')');
 }
 } // namespace
 
@@ -186,7 +194,7 @@ void DlgVLSettings::ClickedRestoreQMKDefaultSettings()
                               tr("Quillmark forgets the language, the automatic update checks, the simulator "
                                  "folders and each product's folder and selection. Installed navigation data "
                                  "and backups stay as they are."),
-                          tr("Restore Quillmark default settings"), this))
+                          VlPushButton::Plain(tr("Restore Quillmark default settings")), this))
         return;
     m_pRestore->setEnabled(false);
     if (CDataModel* model = GetDataModel())

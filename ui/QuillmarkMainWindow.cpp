@@ -38,6 +38,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSet>
 #include <QSizeGrip>
 #include <QTimer>
 
@@ -476,12 +477,21 @@ void QuillmarkMainWindow::RunEndedSlot(ERunKind kind)
     // The products of the run: one card's product with its install group, else the selection.
     CDSVersion* engine = m_dataModel.GetDSVersion();
     QList<CProduct*> products;
+    QSet<CProduct*> listed;
     if (CProduct* single = engine->GetSingleProduct())
         products = single->GetInstallGroup() ? single->GetInstallGroup()->GetProducts() : QList<CProduct*>{single};
     else
         for (int i = 0; i < m_dataModel.GetProductListSize(); ++i)
-            if (CProduct* product = m_dataModel.GetProductByIndex(i); product && product->GetUpdate())
-                products << product;
+            if (CProduct* product = m_dataModel.GetProductByIndex(i); product && product->GetUpdate()) {
+                // A selected product's install group shares its run, selected or not.
+                const QList<CProduct*> members =
+                    product->GetInstallGroup() ? product->GetInstallGroup()->GetProducts() : QList<CProduct*>{product};
+                for (CProduct* member : members)
+                    if (!listed.contains(member)) {
+                        listed.insert(member);
+                        products << member;
+                    }
+            }
     m_eLastRun = kind;
     m_iRunOk = m_iRunFailed = 0;
     m_strRunProblem.clear();

@@ -442,9 +442,8 @@ void VlProdLabel::UpdateVersionLabel()
     if (!m_pProduct || !m_pCycle)
         return;
     const QString cycle = m_pProduct->GetCycleVersion();
-    const QString installed = cycle.isEmpty()
-                                  ? tr("not found")
-                                  : QStringLiteral("V. ") + cycle + QStringLiteral(" R. ") + m_pProduct->GetRevision();
+    const QString installed =
+        cycle.isEmpty() ? tr("not found") : tr("V. %1 R. %2").arg(cycle, m_pProduct->GetRevision());
     const QString backCycle = m_pProduct->GetBackCycleVersion();
     QString backup;
     if (backCycle.isEmpty())
@@ -452,9 +451,9 @@ void VlProdLabel::UpdateVersionLabel()
     else if (backCycle == QLatin1String("unknown"))
         backup = tr("unknown");
     else
-        backup = QStringLiteral("V. ") + backCycle + QStringLiteral(" R. ") + m_pProduct->GetBackRevision();
-    m_strCycle = QStringLiteral("- ") + tr("installed") + QStringLiteral(" ( ") + installed + QStringLiteral(" ), ") +
-                 tr("backup") + QStringLiteral(" ( ") + backup + QStringLiteral(" ) -");
+        backup = tr("V. %1 R. %2").arg(backCycle, m_pProduct->GetBackRevision());
+    // One text for the whole line, so that a language can order it as it reads best.
+    m_strCycle = tr("- installed ( %1 ), backup ( %2 ) -").arg(installed, backup);
     FitTexts();
 }
 

@@ -29,6 +29,14 @@ VlPushButton::VlPushButton(const QString& text, QWidget* parent) : QPushButton(t
     Style();
 }
 
+QString VlPushButton::Plain(QString caption)
+{
+    // "&&" stands for an ampersand that is shown.
+    caption.replace(QStringLiteral("&&"), QStringLiteral("\x01"));
+    caption.remove(QLatin1Char('&'));
+    return caption.replace(QLatin1Char('\x01'), QLatin1Char('&'));
+}
+
 QString VlPushButton::StyleSheet()
 {
     return QLatin1String(kStyle);

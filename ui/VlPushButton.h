@@ -14,6 +14,8 @@ public:
 
     // The style sheet, for panels that keep plain push buttons but sit in a dialog.
     static QString StyleSheet();
+    // A caption without its mnemonic mark, for the same words used in a message or a title.
+    static QString Plain(QString caption);
 
 private:
     void Style();

@@ -179,14 +179,14 @@ QString dlgUpdateDatasetVersion::ServerItemText() const
     // Without a version the item would read "Cycle V.  R. 1".
     if (CDSVersion::cutDig(m_pDSVersion->GetNewVersion()).isEmpty())
         return tr("No cycle from the Velmora-Server");
-    return QStringLiteral("Cycle V. ") + CDSVersion::cutDig(m_pDSVersion->GetNewVersion()) + QStringLiteral(" R. ") +
-           m_pDSVersion->GetNewRevision() + QStringLiteral(" ( Velmora-Server )");
+    return tr("Cycle V. %1 R. %2 ( Velmora-Server )")
+        .arg(CDSVersion::cutDig(m_pDSVersion->GetNewVersion()), m_pDSVersion->GetNewRevision());
 }
 
 QString dlgUpdateDatasetVersion::LocalItemText() const
 {
-    return QStringLiteral("Cycle V. ") + CDSVersion::cutDig(m_pDSVersion->GetLocalVersionText()) +
-           QStringLiteral(" R. ") + m_pDSVersion->GetLocalRevision() + QStringLiteral(" ( Local )");
+    return tr("Cycle V. %1 R. %2 ( Local )")
+        .arg(CDSVersion::cutDig(m_pDSVersion->GetLocalVersionText()), m_pDSVersion->GetLocalRevision());
 }
 
 void dlgUpdateDatasetVersion::InitVersionCmb()
@@ -556,7 +556,7 @@ void dlgUpdateDatasetVersion::ChangePercentSlot(int percent)
 
 void dlgUpdateDatasetVersion::UnzippProductSlot(QString name)
 {
-    ShowMessage(tr("Install") + QLatin1Char(' ') + name);
+    ShowMessage(VlPushButton::Plain(tr("Install")) + QLatin1Char(' ') + name);
     m_iInstallIndex = qMin(m_iInstallIndex + 1, qMax(1, m_iInstallCount));
     SetProgressText(tr("Installing %1 (%2 of %3)").arg(name).arg(m_iInstallIndex).arg(qMax(1, m_iInstallCount)));
 }
@@ -581,7 +581,7 @@ void dlgUpdateDatasetVersion::DownloadDatasetSlot(QString dataset)
     GetProgressBar()->setValue(0);
     if (m_iState == StateDownloadFailed)
         return;
-    ShowMessage(tr("Download") + QLatin1Char(' ') + dataset);
+    ShowMessage(VlPushButton::Plain(tr("Download")) + QLatin1Char(' ') + dataset);
     m_strDataset = dataset;
     DownloadProgressSlot(0, -1, 0.0);
 }

@@ -4,6 +4,7 @@
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
+#include "ui/VlPushButton.h"
 
 #include <QDir>
 #include <QEvent>
@@ -130,7 +131,7 @@ void wdgBackupLocal::ClickedCreateBackup()
         return;
     }
     FileRequest request;
-    request.title = tr("Create backup");
+    request.title = VlPushButton::Plain(tr("Create backup"));
     request.startDir = GetVelmoraDir(Application::st_strAppPath);
     request.proposedName = QStringLiteral("Quillmark_") + CDSVersion::cutDig(m_pEngine->GetLocalVersionText()) +
                            QLatin1Char('_') + m_pEngine->GetLocalRevision() + QStringLiteral(".zip");
@@ -147,14 +148,14 @@ void wdgBackupLocal::ClickedLoadBackup()
     if (!m_pEngine)
         return;
     FileRequest request;
-    request.title = tr("Load backup");
+    request.title = VlPushButton::Plain(tr("Load backup"));
     request.startDir = GetVelmoraDir(Application::st_strAppPath);
     const QString path = AskFile(request);
     if (path.isEmpty())
         return;
     if (!QFileInfo(path).isFile()) {
         // The engine ignores a path that is not there; say so rather than stay busy.
-        Stop(tr("Load backup") + QStringLiteral(": ") + tr("failed") + QStringLiteral(" (") +
+        Stop(VlPushButton::Plain(tr("Load backup")) + QStringLiteral(": ") + tr("failed") + QStringLiteral(" (") +
              QDir::toNativeSeparators(path) + QStringLiteral(" ") + tr("not found") + QLatin1Char(')'));
         return;
     }
@@ -182,10 +183,10 @@ void wdgBackupLocal::Stop(QString status)
 
 void wdgBackupLocal::ZipBackProcessFinishedSlot(bool ok)
 {
-    Stop(tr("Create backup") + QLatin1Char(' ') + (ok ? tr("successful") : tr("failed")));
+    Stop(VlPushButton::Plain(tr("Create backup")) + QLatin1Char(' ') + (ok ? tr("successful") : tr("failed")));
 }
 
 void wdgBackupLocal::UnZipBackProcessFinishedSlot(bool ok)
 {
-    Stop(tr("Load backup") + QLatin1Char(' ') + (ok ? tr("successful") : tr("failed")));
+    Stop(VlPushButton::Plain(tr("Load backup")) + QLatin1Char(' ') + (ok ? tr("successful") : tr("failed")));
 }

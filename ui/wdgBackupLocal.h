@@ -41,6 +41,7 @@ public:
 
     QString GetStatusText() const;
     bool IsBusy() const;
+    QPushButton* GetCreateButton() const { return m_pCreateButton; }
 
 public slots:
     void ClickedCreateBackup();

@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Download success</source>
-        <translation>Download erfolgreich</translation>
+        <translation>Heruntergeladen</translation>
     </message>
     <message>
         <source>Download success file:</source>
@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>Download failed!</source>
-        <translation>Download fehlgeschlagen!</translation>
+        <translation>Download fehlgeschlagen.</translation>
     </message>
     <message>
         <source>Dataset: </source>
@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Install success</source>
-        <translation>Installation erfolgreich</translation>
+        <translation>Installiert</translation>
     </message>
     <message>
         <source>Error</source>
@@ -65,11 +65,11 @@
     </message>
     <message>
         <source>Reset success</source>
-        <translation>Zurücksetzen erfolgreich</translation>
+        <translation>Zurückgesetzt</translation>
     </message>
     <message>
         <source>Remove backup success</source>
-        <translation>Backup erfolgreich gelöscht</translation>
+        <translation>Backup gelöscht</translation>
     </message>
     <message>
         <source>not removed, outside the product:</source>
@@ -116,23 +116,23 @@
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>bin/base_ini.xml konnte nicht geöffnet werden</translation>
+        <translation>Der Katalog bin/base_ini.xml konnte nicht geöffnet werden. Installieren Sie Quillmark neu.</translation>
     </message>
     <message>
         <source>Error! Init base</source>
-        <translation>Fehler! Katalog laden</translation>
+        <translation>Katalog nicht lesbar</translation>
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>prop_ini.xml konnte nicht geöffnet werden</translation>
+        <translation>Die Einstellungsdatei prop_ini.xml konnte nicht geschrieben werden. Machen Sie ihren Ordner beschreibbar.</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
-        <translation>beschädigte Datei: prop_ini.xml </translation>
+        <translation>Die Einstellungsdatei prop_ini.xml ist beschädigt: </translation>
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>prop_ini.xml konnte nicht gelöscht werden</translation>
+        <translation>Die Einstellungsdatei prop_ini.xml konnte nicht gelöscht werden. Machen Sie ihren Ordner beschreibbar.</translation>
     </message>
     <message>
         <source>The last run of Quillmark was cut off during an update or a reset:</source>
@@ -140,15 +140,15 @@
     </message>
     <message>
         <source>The Product-Select-List ist empty.</source>
-        <translation>Die Produktauswahl ist leer.</translation>
+        <translation>Kein Produkt ist ausgewählt.</translation>
     </message>
     <message>
         <source>Please select products for reset.</source>
-        <translation>Bitte wählen Sie Produkte zum Zurücksetzen aus.</translation>
+        <translation>Haken Sie die zurückzusetzenden Produkte auf ihren Karten an und versuchen Sie es erneut.</translation>
     </message>
     <message>
         <source>Please select products for remove backup.</source>
-        <translation>Bitte wählen Sie Produkte zum Löschen der Backups aus.</translation>
+        <translation>Haken Sie die Produkte an, deren Backups gelöscht werden sollen, und versuchen Sie es erneut.</translation>
     </message>
 </context>
 <context>
@@ -202,7 +202,7 @@
     <name>CQMKVersion</name>
     <message>
         <source>Missing file </source>
-        <translation>Fehlende Datei </translation>
+        <translation>Datei nicht gefunden: </translation>
     </message>
 </context>
 <context>
@@ -274,19 +274,19 @@
     </message>
     <message>
         <source>Quillmark Update</source>
-        <translation>Quillmark-Aktualisierung</translation>
+        <translation>Quillmark aktualisieren</translation>
     </message>
     <message>
         <source>Product-Dataset Update</source>
-        <translation>Produkt-Datensätze aktualisieren</translation>
+        <translation>Navigationsdaten aktualisieren</translation>
     </message>
     <message>
         <source>Product-Dataset Reset</source>
-        <translation>Produkt-Datensätze zurücksetzen</translation>
+        <translation>Navigationsdaten zurücksetzen</translation>
     </message>
     <message>
         <source>Product-Dataset RemoveBackup</source>
-        <translation>Produkt-Backups löschen</translation>
+        <translation>Backups löschen</translation>
     </message>
 </context>
 <context>
@@ -297,11 +297,11 @@
     </message>
     <message>
         <source>Show Product-Select-List</source>
-        <translation>Produktauswahl zeigen</translation>
+        <translation>Produkte zeigen</translation>
     </message>
     <message>
         <source>Hide Product-Select-List</source>
-        <translation>Produktauswahl ausblenden</translation>
+        <translation>Produkte ausblenden</translation>
     </message>
     <message>
         <source>Result</source>
@@ -359,15 +359,15 @@
     <name>DlgRemoveBackup</name>
     <message>
         <source>RemoveBackup Navdata-Files.</source>
-        <translation>Backups der Navigationsdateien werden gelöscht.</translation>
+        <translation>Die Backups dieser Produkte werden gelöscht. Ihre ersetzten Navigationsdaten lassen sich danach nicht mehr zurückholen.</translation>
     </message>
     <message>
         <source>RemoveBackup</source>
-        <translation>Backup löschen</translation>
+        <translation>Backup &amp;löschen</translation>
     </message>
     <message>
         <source>Run RemoveBackup.</source>
-        <translation>Backups werden gelöscht.</translation>
+        <translation>Backups werden gelöscht…</translation>
     </message>
     <message>
         <source>RemoveBackup ready.</source>
@@ -375,34 +375,34 @@
     </message>
     <message>
         <source>%1: the backup of cycle %2 is deleted</source>
-        <translation>%1: Die Sicherung von Zyklus %2 wird gelöscht</translation>
+        <translation>%1: Das Backup von Zyklus %2 wird gelöscht</translation>
     </message>
     <message>
         <source>%1: no backup to delete</source>
-        <translation>%1: keine Sicherung zum Löschen</translation>
+        <translation>%1: kein Backup zum Löschen</translation>
     </message>
     <message>
         <source>(they share one folder and one backup)</source>
-        <translation>(sie teilen sich einen Ordner und eine Sicherung)</translation>
+        <translation>(sie teilen sich einen Ordner und ein Backup)</translation>
     </message>
 </context>
 <context>
     <name>DlgResetDataset</name>
     <message>
         <source>Reset Navdata-Files.</source>
-        <translation>Navigationsdateien werden zurückgesetzt.</translation>
+        <translation>Die Navigationsdaten, die diese Produkte vor der letzten Aktualisierung hatten, werden zurückgeholt.</translation>
     </message>
     <message>
         <source>Reset</source>
-        <translation>Zurücksetzen</translation>
+        <translation>&amp;Zurücksetzen</translation>
     </message>
     <message>
         <source>Run reset.</source>
-        <translation>Zurücksetzen läuft.</translation>
+        <translation>Wird zurückgesetzt…</translation>
     </message>
     <message>
         <source>Reset ready.</source>
-        <translation>Zurücksetzen fertig.</translation>
+        <translation>Zurücksetzen abgeschlossen.</translation>
     </message>
     <message>
         <source>%1: back to cycle %2</source>
@@ -410,7 +410,7 @@
     </message>
     <message>
         <source>%1: no backup, nothing to reset</source>
-        <translation>%1: keine Sicherung, nichts zurückzusetzen</translation>
+        <translation>%1: kein Backup, nichts zurückzusetzen</translation>
     </message>
     <message>
         <source>(they share one folder and are reset together)</source>
@@ -425,19 +425,19 @@
     </message>
     <message>
         <source>Quillmark Update-Manager</source>
-        <translation>Quillmark-Aktualisierung</translation>
+        <translation>Quillmark-Aktualisierungen</translation>
     </message>
     <message>
         <source>AddOn-Dataset Update-Manager</source>
-        <translation>Add-on-Datensätze aktualisieren</translation>
+        <translation>Navigationsdaten-Aktualisierungen</translation>
     </message>
     <message>
         <source>auto update</source>
-        <translation>automatisch aktualisieren</translation>
+        <translation>Beim Start prüfen</translation>
     </message>
     <message>
         <source>run updater manually</source>
-        <translation>jetzt nach Updates suchen</translation>
+        <translation>Jetzt prüfen</translation>
     </message>
     <message>
         <source>Restore Quillmark default settings</source>
@@ -449,7 +449,7 @@
     </message>
     <message>
         <source>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</source>
-        <translation>Quillmark vergisst die Sprache, die automatischen Update-Prüfungen, die Simulatorordner sowie Ordner und Auswahl jedes Produkts. Installierte Navigationsdaten und Sicherungen bleiben erhalten.</translation>
+        <translation>Quillmark vergisst die Sprache, die automatischen Update-Prüfungen, die Simulatorordner sowie Ordner und Auswahl jedes Produkts. Installierte Navigationsdaten und Backups bleiben erhalten.</translation>
     </message>
 </context>
 <context>
@@ -464,7 +464,7 @@
     </message>
     <message>
         <source>Dataset-Filter</source>
-        <translation>Datensatz-Filter</translation>
+        <translation>Datensatzfilter</translation>
     </message>
     <message>
         <source>Ready</source>
@@ -499,13 +499,13 @@
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
         <translation>
-            <numerusform>Sicherung von %n Produkt gelöscht</numerusform>
-            <numerusform>Sicherungen von %n Produkten gelöscht</numerusform>
+            <numerusform>Backup von %n Produkt gelöscht</numerusform>
+            <numerusform>Backups von %n Produkten gelöscht</numerusform>
         </translation>
     </message>
     <message>
         <source>Backup removal failed</source>
-        <translation>Löschen der Sicherung fehlgeschlagen</translation>
+        <translation>Löschen des Backups fehlgeschlagen</translation>
     </message>
     <message>
         <source>%1 for %2 of %3 products</source>
@@ -559,11 +559,11 @@
     <name>VlCatPropsLabel</name>
     <message>
         <source>Open Directory</source>
-        <translation>Ordner öffnen</translation>
+        <translation>Ordner wählen</translation>
     </message>
     <message>
         <source>Category-Properties</source>
-        <translation>Kategorie</translation>
+        <translation>Simulator</translation>
     </message>
     <message>
         <source>Name:</source>
@@ -571,7 +571,7 @@
     </message>
     <message>
         <source>Path:</source>
-        <translation>Pfad:</translation>
+        <translation>Ordner:</translation>
     </message>
     <message>
         <source>Change</source>
@@ -582,27 +582,19 @@
     <name>VlProdLabel</name>
     <message>
         <source>Open Directory</source>
-        <translation>Ordner öffnen</translation>
+        <translation>Ordner wählen</translation>
     </message>
     <message>
         <source>not found</source>
-        <translation>nicht gefunden</translation>
+        <translation>keine</translation>
     </message>
     <message>
         <source>unknown</source>
         <translation>unbekannt</translation>
     </message>
     <message>
-        <source>installed</source>
-        <translation>installiert</translation>
-    </message>
-    <message>
-        <source>backup</source>
-        <translation>Backup</translation>
-    </message>
-    <message>
         <source>Path:</source>
-        <translation>Pfad:</translation>
+        <translation>Ordner:</translation>
     </message>
     <message>
         <source>Change</source>
@@ -610,7 +602,7 @@
     </message>
     <message>
         <source>select</source>
-        <translation>wählen</translation>
+        <translation>Auswählen</translation>
     </message>
     <message>
         <source>Dataset:</source>
@@ -646,7 +638,7 @@
     </message>
     <message>
         <source>Removing the backup files.</source>
-        <translation>Die Sicherungsdateien werden gelöscht.</translation>
+        <translation>Die Backup-Dateien werden gelöscht.</translation>
     </message>
     <message>
         <source>Not checked: the newest cycle is not known yet (the version server was not reached), so the installed cycle cannot be compared with it.</source>
@@ -676,12 +668,20 @@
         <source>Update available.</source>
         <translation>Aktualisierung verfügbar.</translation>
     </message>
+    <message>
+        <source>V. %1 R. %2</source>
+        <translation>Zyklus %1, Revision %2</translation>
+    </message>
+    <message>
+        <source>- installed ( %1 ), backup ( %2 ) -</source>
+        <translation>Installiert: %1 · Backup: %2</translation>
+    </message>
 </context>
 <context>
     <name>dlgUpdateDatasetVersion</name>
     <message>
         <source>Datasets was found:</source>
-        <translation>Gefundene Datensätze:</translation>
+        <translation>Datensätze auf diesem Computer:</translation>
     </message>
     <message>
         <source>ready for download.</source>
@@ -697,7 +697,7 @@
     </message>
     <message>
         <source>Run download.</source>
-        <translation>Download läuft.</translation>
+        <translation>Wird heruntergeladen…</translation>
     </message>
     <message>
         <source>Update</source>
@@ -717,47 +717,47 @@
     </message>
     <message>
         <source>Run install.</source>
-        <translation>Installation läuft.</translation>
+        <translation>Wird installiert…</translation>
     </message>
     <message>
         <source>Install ready.</source>
-        <translation>Installation fertig.</translation>
+        <translation>Installation abgeschlossen.</translation>
     </message>
     <message>
         <source>The Product-Select-List ist empty.</source>
-        <translation>Die Produktauswahl ist leer.</translation>
+        <translation>Kein Produkt ist ausgewählt.</translation>
     </message>
     <message>
         <source>Please select products for update.</source>
-        <translation>Bitte wählen Sie Produkte zum Aktualisieren aus.</translation>
+        <translation>Haken Sie die zu aktualisierenden Produkte auf ihren Karten an und versuchen Sie es erneut.</translation>
     </message>
     <message>
         <source>Install</source>
-        <translation>Installieren</translation>
+        <translation>&amp;Installieren</translation>
     </message>
     <message>
         <source>Download</source>
-        <translation>Herunterladen</translation>
+        <translation>&amp;Herunterladen</translation>
     </message>
     <message>
         <source>not found new files</source>
-        <translation>keine neuen Dateien gefunden</translation>
+        <translation>das Archiv enthält keine Dateien für dieses Produkt</translation>
     </message>
     <message>
         <source>Overwritten Navdata-Files.</source>
-        <translation>Navigationsdateien werden überschrieben.</translation>
+        <translation>Die Installation ersetzt die Navigationsdateien in den Ordnern der ausgewählten Produkte.</translation>
     </message>
     <message>
         <source>Details</source>
-        <translation>Details</translation>
+        <translation>De&amp;tails</translation>
     </message>
     <message>
         <source>OverwriteAccept</source>
-        <translation>Überschreiben erlauben</translation>
+        <translation>Dateien ersetzen</translation>
     </message>
     <message>
         <source>create cycle backup data</source>
-        <translation>Backup des Zyklus anlegen</translation>
+        <translation>Von jeder ersetzten Datei ein Backup behalten</translation>
     </message>
     <message>
         <source>No cycle from the Velmora-Server</source>
@@ -797,7 +797,7 @@
     </message>
     <message>
         <source>Retry</source>
-        <translation>Erneut versuchen</translation>
+        <translation>&amp;Erneut versuchen</translation>
     </message>
     <message>
         <source>%1 of %2 kB</source>
@@ -806,6 +806,14 @@
     <message>
         <source>%1 kB</source>
         <translation>%1 kB</translation>
+    </message>
+    <message>
+        <source>Cycle V. %1 R. %2 ( Velmora-Server )</source>
+        <translation>Zyklus %1, Revision %2 (auf dem Server)</translation>
+    </message>
+    <message>
+        <source>Cycle V. %1 R. %2 ( Local )</source>
+        <translation>Zyklus %1, Revision %2 (heruntergeladen)</translation>
     </message>
 </context>
 <context>
@@ -832,7 +840,7 @@
     </message>
     <message>
         <source>Run download.</source>
-        <translation>Download läuft.</translation>
+        <translation>Wird heruntergeladen…</translation>
     </message>
     <message>
         <source>downloaded.</source>
@@ -844,19 +852,19 @@
     </message>
     <message>
         <source>Run unzip.</source>
-        <translation>Entpacken läuft.</translation>
+        <translation>Wird entpackt…</translation>
     </message>
     <message>
         <source>Download</source>
-        <translation>Herunterladen</translation>
+        <translation>&amp;Herunterladen</translation>
     </message>
     <message>
         <source>Run update now</source>
-        <translation>Jetzt aktualisieren</translation>
+        <translation>Jetzt &amp;aktualisieren</translation>
     </message>
     <message>
         <source>Installation-File not found.</source>
-        <translation>Installationsdatei nicht gefunden.</translation>
+        <translation>Die Installationsdatei wurde nicht gefunden. Laden Sie die neue Version erneut herunter.</translation>
     </message>
     <message>
         <source>Checking for a new version.</source>
@@ -864,30 +872,30 @@
     </message>
     <message>
         <source>Retry</source>
-        <translation>Erneut versuchen</translation>
+        <translation>&amp;Erneut versuchen</translation>
     </message>
 </context>
 <context>
     <name>wdgBackupLocal</name>
     <message>
         <source>Backup</source>
-        <translation>Backup</translation>
+        <translation>Zyklusarchiv</translation>
     </message>
     <message>
         <source>Create backup info.</source>
-        <translation>Sichert die lokalen Zyklusdaten in einem Archiv oder lädt sie daraus zurück.</translation>
+        <translation>Speichert die heruntergeladenen Zyklusdaten in einem Archiv oder lädt ein solches Archiv zurück.</translation>
     </message>
     <message>
         <source>Create backup</source>
-        <translation>Backup erstellen</translation>
+        <translation>Archiv &amp;speichern</translation>
     </message>
     <message>
         <source>Load backup</source>
-        <translation>Backup laden</translation>
+        <translation>Archiv &amp;laden</translation>
     </message>
     <message>
         <source>backup empty</source>
-        <translation>Keine lokalen Zyklusdaten für ein Backup vorhanden.</translation>
+        <translation>Es gibt keine heruntergeladenen Zyklusdaten zum Speichern.</translation>
     </message>
     <message>
         <source>Error</source>
@@ -895,7 +903,7 @@
     </message>
     <message>
         <source>Run create backup.</source>
-        <translation>Backup wird erstellt.</translation>
+        <translation>Zyklusarchiv wird gespeichert…</translation>
     </message>
     <message>
         <source>failed</source>
@@ -907,7 +915,7 @@
     </message>
     <message>
         <source>Run load backup.</source>
-        <translation>Backup wird geladen.</translation>
+        <translation>Zyklusarchiv wird geladen…</translation>
     </message>
     <message>
         <source>successful</source>

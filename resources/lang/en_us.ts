@@ -13,7 +13,7 @@
     </message>
     <message>
         <source>Download success</source>
-        <translation>Download success</translation>
+        <translation>Downloaded</translation>
     </message>
     <message>
         <source>Download success file:</source>
@@ -21,7 +21,7 @@
     </message>
     <message>
         <source>Download failed!</source>
-        <translation>Download failed!</translation>
+        <translation>Download failed.</translation>
     </message>
     <message>
         <source>Dataset: </source>
@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Install success</source>
-        <translation>Install success</translation>
+        <translation>Installed</translation>
     </message>
     <message>
         <source>Error</source>
@@ -61,15 +61,15 @@
     </message>
     <message>
         <source>Remove backup failed</source>
-        <translation>Remove backup failed</translation>
+        <translation>Deleting the backup failed</translation>
     </message>
     <message>
         <source>Reset success</source>
-        <translation>Reset success</translation>
+        <translation>Reset</translation>
     </message>
     <message>
         <source>Remove backup success</source>
-        <translation>Remove backup success</translation>
+        <translation>Backup deleted</translation>
     </message>
     <message>
         <source>not removed, outside the product:</source>
@@ -116,23 +116,23 @@
     <name>CDataModel</name>
     <message>
         <source>Couldn&apos;t open bin/base_ini.xml</source>
-        <translation>Couldn&apos;t open bin/base_ini.xml</translation>
+        <translation>The catalogue bin/base_ini.xml could not be opened. Reinstall Quillmark.</translation>
     </message>
     <message>
         <source>Error! Init base</source>
-        <translation>Error! Init base</translation>
+        <translation>Catalogue not readable</translation>
     </message>
     <message>
         <source>Couldn&apos;t open prop_ini.xml</source>
-        <translation>Couldn&apos;t open prop_ini.xml</translation>
+        <translation>The settings file prop_ini.xml could not be written. Make its folder writable.</translation>
     </message>
     <message>
         <source>corrupted file: prop_ini.xml </source>
-        <translation>corrupted file: prop_ini.xml </translation>
+        <translation>The settings file prop_ini.xml is damaged: </translation>
     </message>
     <message>
         <source>Couldn&apos;t delete prop_ini.xml</source>
-        <translation>Couldn&apos;t delete prop_ini.xml</translation>
+        <translation>The settings file prop_ini.xml could not be deleted. Make its folder writable.</translation>
     </message>
     <message>
         <source>The last run of Quillmark was cut off during an update or a reset:</source>
@@ -140,15 +140,15 @@
     </message>
     <message>
         <source>The Product-Select-List ist empty.</source>
-        <translation>The Product-Select-List ist empty.</translation>
+        <translation>No product is selected.</translation>
     </message>
     <message>
         <source>Please select products for reset.</source>
-        <translation>Please select products for reset.</translation>
+        <translation>Tick the products to reset on their cards, then try again.</translation>
     </message>
     <message>
         <source>Please select products for remove backup.</source>
-        <translation>Please select products for remove backup.</translation>
+        <translation>Tick the products whose backups you want to delete, then try again.</translation>
     </message>
 </context>
 <context>
@@ -202,7 +202,7 @@
     <name>CQMKVersion</name>
     <message>
         <source>Missing file </source>
-        <translation>Missing file </translation>
+        <translation>File not found: </translation>
     </message>
 </context>
 <context>
@@ -223,7 +223,7 @@
     <name>CvlRemoveBackupButton</name>
     <message>
         <source>RemoveBackup</source>
-        <translation>RemoveBackup</translation>
+        <translation>Delete backup</translation>
     </message>
 </context>
 <context>
@@ -262,11 +262,11 @@
     </message>
     <message>
         <source>Settings</source>
-        <translation type="unfinished">Settings</translation>
+        <translation>Settings</translation>
     </message>
     <message>
         <source>Ok</source>
-        <translation>Ok</translation>
+        <translation>OK</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -278,15 +278,15 @@
     </message>
     <message>
         <source>Product-Dataset Update</source>
-        <translation>Product-Dataset Update</translation>
+        <translation>Update navigation data</translation>
     </message>
     <message>
         <source>Product-Dataset Reset</source>
-        <translation>Product-Dataset Reset</translation>
+        <translation>Reset navigation data</translation>
     </message>
     <message>
         <source>Product-Dataset RemoveBackup</source>
-        <translation>Product-Dataset RemoveBackup</translation>
+        <translation>Delete backups</translation>
     </message>
 </context>
 <context>
@@ -297,11 +297,11 @@
     </message>
     <message>
         <source>Show Product-Select-List</source>
-        <translation>Show Product-Select-List</translation>
+        <translation>Show products</translation>
     </message>
     <message>
         <source>Hide Product-Select-List</source>
-        <translation>Hide Product-Select-List</translation>
+        <translation>Hide products</translation>
     </message>
     <message>
         <source>Result</source>
@@ -313,7 +313,7 @@
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished">Error</translation>
+        <translation>Error</translation>
     </message>
 </context>
 <context>
@@ -348,7 +348,7 @@
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished">Error</translation>
+        <translation>Error</translation>
     </message>
     <message>
         <source>No program to show %1 was found.</source>
@@ -359,19 +359,19 @@
     <name>DlgRemoveBackup</name>
     <message>
         <source>RemoveBackup Navdata-Files.</source>
-        <translation>RemoveBackup Navdata-Files.</translation>
+        <translation>The backups of these products are deleted. Their replaced navigation data can then no longer be restored.</translation>
     </message>
     <message>
         <source>RemoveBackup</source>
-        <translation type="unfinished">RemoveBackup</translation>
+        <translation>&amp;Delete backup</translation>
     </message>
     <message>
         <source>Run RemoveBackup.</source>
-        <translation>Run RemoveBackup.</translation>
+        <translation>Deleting the backups…</translation>
     </message>
     <message>
         <source>RemoveBackup ready.</source>
-        <translation>RemoveBackup ready.</translation>
+        <translation>Backups deleted.</translation>
     </message>
     <message>
         <source>%1: the backup of cycle %2 is deleted</source>
@@ -390,19 +390,19 @@
     <name>DlgResetDataset</name>
     <message>
         <source>Reset Navdata-Files.</source>
-        <translation>Reset Navdata-Files.</translation>
+        <translation>The navigation data these products had before the last update is put back.</translation>
     </message>
     <message>
         <source>Reset</source>
-        <translation type="unfinished">Reset</translation>
+        <translation>&amp;Reset</translation>
     </message>
     <message>
         <source>Run reset.</source>
-        <translation>Run reset.</translation>
+        <translation>Resetting…</translation>
     </message>
     <message>
         <source>Reset ready.</source>
-        <translation>Reset ready.</translation>
+        <translation>Reset complete.</translation>
     </message>
     <message>
         <source>%1: back to cycle %2</source>
@@ -425,23 +425,23 @@
     </message>
     <message>
         <source>Quillmark Update-Manager</source>
-        <translation>Quillmark Update-Manager</translation>
+        <translation>Quillmark updates</translation>
     </message>
     <message>
         <source>AddOn-Dataset Update-Manager</source>
-        <translation>AddOn-Dataset Update-Manager</translation>
+        <translation>Navigation data updates</translation>
     </message>
     <message>
         <source>auto update</source>
-        <translation>auto update</translation>
+        <translation>Check at start</translation>
     </message>
     <message>
         <source>run updater manually</source>
-        <translation>run updater manually</translation>
+        <translation>Check now</translation>
     </message>
     <message>
         <source>Restore Quillmark default settings</source>
-        <translation>Restore Quillmark default settings</translation>
+        <translation>&amp;Restore default settings</translation>
     </message>
     <message>
         <source>Restore the default settings and start Quillmark again?</source>
@@ -464,7 +464,7 @@
     </message>
     <message>
         <source>Dataset-Filter</source>
-        <translation>Dataset-Filter</translation>
+        <translation>Dataset filter</translation>
     </message>
     <message>
         <source>Ready</source>
@@ -494,7 +494,7 @@
     </message>
     <message>
         <source>Reset failed</source>
-        <translation type="unfinished">Reset failed</translation>
+        <translation>Reset failed</translation>
     </message>
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
@@ -559,11 +559,11 @@
     <name>VlCatPropsLabel</name>
     <message>
         <source>Open Directory</source>
-        <translation>Open Directory</translation>
+        <translation>Choose folder</translation>
     </message>
     <message>
         <source>Category-Properties</source>
-        <translation>Category-Properties</translation>
+        <translation>Simulator</translation>
     </message>
     <message>
         <source>Name:</source>
@@ -571,7 +571,7 @@
     </message>
     <message>
         <source>Path:</source>
-        <translation>Path:</translation>
+        <translation>Folder:</translation>
     </message>
     <message>
         <source>Change</source>
@@ -582,27 +582,19 @@
     <name>VlProdLabel</name>
     <message>
         <source>Open Directory</source>
-        <translation>Open Directory</translation>
+        <translation>Choose folder</translation>
     </message>
     <message>
         <source>not found</source>
-        <translation>not found</translation>
+        <translation>none</translation>
     </message>
     <message>
         <source>unknown</source>
         <translation>unknown</translation>
     </message>
     <message>
-        <source>installed</source>
-        <translation>installed</translation>
-    </message>
-    <message>
-        <source>backup</source>
-        <translation>backup</translation>
-    </message>
-    <message>
         <source>Path:</source>
-        <translation>Path:</translation>
+        <translation>Folder:</translation>
     </message>
     <message>
         <source>Change</source>
@@ -610,7 +602,7 @@
     </message>
     <message>
         <source>select</source>
-        <translation>select</translation>
+        <translation>Select</translation>
     </message>
     <message>
         <source>Dataset:</source>
@@ -630,7 +622,7 @@
     </message>
     <message>
         <source>remove backup files</source>
-        <translation>remove backup files</translation>
+        <translation>Delete backup</translation>
     </message>
     <message>
         <source>Commands</source>
@@ -676,88 +668,96 @@
         <source>Update available.</source>
         <translation>Update available.</translation>
     </message>
+    <message>
+        <source>V. %1 R. %2</source>
+        <translation>cycle %1, revision %2</translation>
+    </message>
+    <message>
+        <source>- installed ( %1 ), backup ( %2 ) -</source>
+        <translation>Installed: %1 · Backup: %2</translation>
+    </message>
 </context>
 <context>
     <name>dlgUpdateDatasetVersion</name>
     <message>
         <source>Datasets was found:</source>
-        <translation>Datasets was found:</translation>
+        <translation>Datasets on this computer:</translation>
     </message>
     <message>
         <source>ready for download.</source>
-        <translation type="unfinished">ready for download.</translation>
+        <translation>ready for download.</translation>
     </message>
     <message>
         <source>Failed to connect to Velmora-Server.</source>
-        <translation type="unfinished">Failed to connect to Velmora-Server.</translation>
+        <translation>Failed to connect to Velmora-Server.</translation>
     </message>
     <message>
         <source>There are no new updates available.</source>
-        <translation type="unfinished">There are no new updates available.</translation>
+        <translation>There are no new updates available.</translation>
     </message>
     <message>
         <source>Run download.</source>
-        <translation type="unfinished">Run download.</translation>
+        <translation>Downloading…</translation>
     </message>
     <message>
         <source>Update</source>
-        <translation type="unfinished">Update</translation>
+        <translation>Update</translation>
     </message>
     <message>
         <source>downloaded.</source>
-        <translation type="unfinished">downloaded.</translation>
+        <translation>downloaded.</translation>
     </message>
     <message>
         <source>Error</source>
-        <translation type="unfinished">Error</translation>
+        <translation>Error</translation>
     </message>
     <message>
         <source>Download failed.</source>
-        <translation type="unfinished">Download failed.</translation>
+        <translation>Download failed.</translation>
     </message>
     <message>
         <source>Run install.</source>
-        <translation>Run install.</translation>
+        <translation>Installing…</translation>
     </message>
     <message>
         <source>Install ready.</source>
-        <translation>Install ready.</translation>
+        <translation>Installation complete.</translation>
     </message>
     <message>
         <source>The Product-Select-List ist empty.</source>
-        <translation>The Product-Select-List ist empty.</translation>
+        <translation>No product is selected.</translation>
     </message>
     <message>
         <source>Please select products for update.</source>
-        <translation>Please select products for update.</translation>
+        <translation>Tick the products to update on their cards, then try again.</translation>
     </message>
     <message>
         <source>Install</source>
-        <translation>Install</translation>
+        <translation>&amp;Install</translation>
     </message>
     <message>
         <source>Download</source>
-        <translation type="unfinished">Download</translation>
+        <translation>&amp;Download</translation>
     </message>
     <message>
         <source>not found new files</source>
-        <translation>not found new files</translation>
+        <translation>the archive holds no files for this product</translation>
     </message>
     <message>
         <source>Overwritten Navdata-Files.</source>
-        <translation>Overwritten Navdata-Files.</translation>
+        <translation>Installing replaces the navigation data files in the folders of the selected products.</translation>
     </message>
     <message>
         <source>Details</source>
-        <translation>Details</translation>
+        <translation>De&amp;tails</translation>
     </message>
     <message>
         <source>OverwriteAccept</source>
-        <translation>OverwriteAccept</translation>
+        <translation>Replace the files</translation>
     </message>
     <message>
         <source>create cycle backup data</source>
-        <translation>create cycle backup data</translation>
+        <translation>Keep a backup of every replaced file</translation>
     </message>
     <message>
         <source>No cycle from the Velmora-Server</source>
@@ -797,7 +797,7 @@
     </message>
     <message>
         <source>Retry</source>
-        <translation>Retry</translation>
+        <translation>&amp;Retry</translation>
     </message>
     <message>
         <source>%1 of %2 kB</source>
@@ -806,6 +806,14 @@
     <message>
         <source>%1 kB</source>
         <translation>%1 kB</translation>
+    </message>
+    <message>
+        <source>Cycle V. %1 R. %2 ( Velmora-Server )</source>
+        <translation>Cycle %1, revision %2 (on the server)</translation>
+    </message>
+    <message>
+        <source>Cycle V. %1 R. %2 ( Local )</source>
+        <translation>Cycle %1, revision %2 (downloaded)</translation>
     </message>
 </context>
 <context>
@@ -832,7 +840,7 @@
     </message>
     <message>
         <source>Run download.</source>
-        <translation>Run download.</translation>
+        <translation>Downloading…</translation>
     </message>
     <message>
         <source>downloaded.</source>
@@ -844,19 +852,19 @@
     </message>
     <message>
         <source>Run unzip.</source>
-        <translation>Run unzip.</translation>
+        <translation>Unpacking…</translation>
     </message>
     <message>
         <source>Download</source>
-        <translation>Download</translation>
+        <translation>&amp;Download</translation>
     </message>
     <message>
         <source>Run update now</source>
-        <translation>Run update now</translation>
+        <translation>&amp;Update now</translation>
     </message>
     <message>
         <source>Installation-File not found.</source>
-        <translation>Installation-File not found.</translation>
+        <translation>The installation file was not found. Download the new version again.</translation>
     </message>
     <message>
         <source>Checking for a new version.</source>
@@ -864,30 +872,30 @@
     </message>
     <message>
         <source>Retry</source>
-        <translation>Retry</translation>
+        <translation>&amp;Retry</translation>
     </message>
 </context>
 <context>
     <name>wdgBackupLocal</name>
     <message>
         <source>Backup</source>
-        <translation>Backup</translation>
+        <translation>Cycle archive</translation>
     </message>
     <message>
         <source>Create backup info.</source>
-        <translation>Create backup info.</translation>
+        <translation>Saves the downloaded cycle data into one archive, or loads such an archive back.</translation>
     </message>
     <message>
         <source>Create backup</source>
-        <translation>Create backup</translation>
+        <translation>&amp;Save archive</translation>
     </message>
     <message>
         <source>Load backup</source>
-        <translation>Load backup</translation>
+        <translation>&amp;Load archive</translation>
     </message>
     <message>
         <source>backup empty</source>
-        <translation>backup empty</translation>
+        <translation>There is no downloaded cycle data to save.</translation>
     </message>
     <message>
         <source>Error</source>
@@ -895,7 +903,7 @@
     </message>
     <message>
         <source>Run create backup.</source>
-        <translation>Run create backup.</translation>
+        <translation>Saving the cycle archive…</translation>
     </message>
     <message>
         <source>failed</source>
@@ -907,7 +915,7 @@
     </message>
     <message>
         <source>Run load backup.</source>
-        <translation>Run load backup.</translation>
+        <translation>Loading the cycle archive…</translation>
     </message>
     <message>
         <source>successful</source>
