@@ -462,53 +462,70 @@ private slots:
     }
 
     // clang-format off
+    // Every control can be reached with Tab and pressed with Space, and the main commands have keys
+    // of their own that the tooltips name.
     void keyboardReachesAndPresses_data()
     {
-        QTest::addColumn<int>("action");    // index of the action button, -1 for a category
-        QTest::addColumn<QString>("category");
-        QTest::newRow("update") << 0 << "";
-        QTest::newRow("reset") << 1 << "";
-        QTest::newRow("remove backup") << 2 << "";
-        QTest::newRow("settings") << 3 << "";
-        QTest::newRow("help") << 4 << "";
-        QTest::newRow("category x-plane 10") << -1 << "X-Plane 10";
-        QTest::newRow("category selected, not a catalogue category") << -1 << "Selected";
+        QTest::addColumn<QString>("target"); // action N, category NAME, card command, close
+        QTest::addColumn<QKeySequence>("keys"); // the command's own keys; empty: none
+        QTest::newRow("update") << "action 0" << QKeySequence(Qt::CTRL | Qt::Key_U);
+        QTest::newRow("reset") << "action 1" << QKeySequence(Qt::CTRL | Qt::Key_R);
+        QTest::newRow("remove backup") << "action 2" << QKeySequence();
+        QTest::newRow("settings") << "action 3" << QKeySequence(Qt::CTRL | Qt::Key_Comma);
+        QTest::newRow("help") << "action 4" << QKeySequence(Qt::Key_F1);
+        QTest::newRow("category x-plane 10") << "category X-Plane 10" << QKeySequence();
+        QTest::newRow("category selected, not a catalogue category") << "category Selected" << QKeySequence();
+        QTest::newRow("a card's own reset") << "card command" << QKeySequence();
+        QTest::newRow("close") << "close" << QKeySequence(Qt::CTRL | Qt::Key_Q);
     }
-    // clang-format on
 
     void keyboardReachesAndPresses()
     {
-        QFETCH(int, action);
-        QFETCH(QString, category);
+        QFETCH(QString, target);
+        QFETCH(QKeySequence, keys);
         rebuildWithLongNames();
         m_window->resize(800, 600);
         QApplication::setActiveWindow(m_window.data());
         QVERIFY(QTest::qWaitForWindowActive(m_window.data()));
-        QWidget* target = action >= 0 ? m_window->GetActionButtons().at(action) : m_window->GetCategoryButton(category);
-        // The buttons open modal dialogs; here it is enough that they are pressed.
-        CvlActionBtn* button = action >= 0 ? static_cast<CvlActionBtn*>(target) : nullptr;
-        if (button)
-            QVERIFY(disconnect(button, &CvlActionBtn::clicked, button, &CvlActionBtn::clickedSlot));
+        VlProdLabel* card = m_window->GetProdList()->GetCards().first();
+        card->ClickedShowCommandsButtonSlot();
+        QWidget* widget = nullptr;
+        if (target.startsWith("action "))
+            widget = m_window->GetActionButtons().at(target.mid(7).toInt());
+        else if (target.startsWith("category "))
+            widget = m_window->GetCategoryButton(target.mid(9));
+        else if (target == "card command")
+            widget = card->GetResetButton();
+        else
+            widget = m_window->GetCloseButton();
+        // The buttons open modal dialogs or close the window; here it is enough that they are pressed.
+        QVERIFY(disconnect(widget, SIGNAL(clicked()), nullptr, nullptr));
 
         QSet<QWidget*> reached;
-        for (int i = 0; i < 200 && QApplication::focusWidget() != target; ++i) {
+        for (int i = 0; i < 300 && QApplication::focusWidget() != widget; ++i) {
             QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : m_window.data(), Qt::Key_Tab);
             reached << QApplication::focusWidget();
         }
-        QCOMPARE(QApplication::focusWidget(), target);
+        QCOMPARE(QApplication::focusWidget(), widget);
         for (VlCatLabel* disabled : m_window->GetCategoryButtons())
             if (!disabled->isEnabled())
                 QVERIFY2(!reached.contains(disabled), qPrintable(disabled->GetName()));
 
-        QSignalSpy pressed(target, SIGNAL(clicked()));
-        QTest::keyClick(target, Qt::Key_Space);
-        if (button) {
-            QCOMPARE(pressed.size(), 1);
-        } else {
-            QVERIFY(static_cast<VlCatLabel*>(target)->IsSelected());
-            QCOMPARE(m_window->GetProdList()->GetCategoryName(), category);
-            QCOMPARE(m_window->GetCatProps()->GetShownName(), category);
+        QSignalSpy pressed(widget, SIGNAL(clicked()));
+        QTest::keyClick(widget, Qt::Key_Space);
+        QCOMPARE(pressed.size(), 1);
+        if (keys.isEmpty())
+            return;
+        // The keys press it from wherever the keyboard is; its tooltip says which keys.
+        m_window->GetFilter()->setFocus();
+        if (target == "close") {
+            QTest::keySequence(m_window.data(), keys);
+            QTRY_VERIFY(!m_window->isVisible());
+            return;
         }
+        QTest::keySequence(m_window.data(), keys);
+        QCOMPARE(pressed.size(), 2);
+        QVERIFY2(widget->toolTip().contains(keys.toString(QKeySequence::NativeText)), qPrintable(widget->toolTip()));
     }
 
     // clang-format off

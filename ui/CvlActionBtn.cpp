@@ -61,7 +61,15 @@ void CvlActionBtn::SetCaption(const QString& caption)
     if (m_pCaption)
         m_pCaption->setText(caption);
     // A translation may break a long caption into two lines; a screen reader reads one.
-    setAccessibleName(QString(caption).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+    const QString name = QString(caption).replace(QLatin1Char('\n'), QLatin1Char(' '));
+    setAccessibleName(name);
+    setToolTip(m_strShortcut.isEmpty() ? name : name + QStringLiteral(" (") + m_strShortcut + QLatin1Char(')'));
+}
+
+void CvlActionBtn::SetShortcut(const QKeySequence& keys)
+{
+    m_strShortcut = keys.toString(QKeySequence::NativeText);
+    SetCaption(GetCaption());
 }
 
 void CvlActionBtn::ShowHover(bool hover)

@@ -2,6 +2,7 @@
 
 #include "app/VlAtom.h"
 
+#include <QKeySequence>
 #include <QString>
 #include <QWidget>
 
@@ -19,6 +20,8 @@ public:
 
     void Init(const QString& normalImage, const QString& hoverImage, const QString& caption);
     QString GetCaption() const;
+    // The key that presses it from anywhere in the window; its tooltip names the key.
+    void SetShortcut(const QKeySequence& keys);
 
 signals:
     void clicked();
@@ -46,4 +49,5 @@ private:
     QLabel* m_pNormal = nullptr;
     QLabel* m_pHover = nullptr;
     VlActionLabel* m_pCaption = nullptr;
+    QString m_strShortcut;
 };

@@ -84,6 +84,9 @@ void DlgBase::retranslate()
     m_pTitleLabel->setText(title);
     m_pOkButton->setText(tr("Ok"));
     m_pCancelButton->setText(tr("Cancel"));
+    m_pCloseButton->setAccessibleName(tr("Close"));
+    m_pCloseButton->setAccessibleDescription(tr("Closes this dialog and stops what it is doing."));
+    m_pCloseButton->setToolTip(tr("Close"));
 }
 
 void DlgBase::changeEvent(QEvent* event)

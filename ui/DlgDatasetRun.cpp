@@ -8,6 +8,7 @@
 #include "ui/VlFonts.h"
 #include "ui/VlLineCtrl.h"
 #include "ui/VlMessageLabel.h"
+#include "ui/VlProgressBar.h"
 #include "ui/VlPushButton.h"
 
 #include <QGridLayout>
@@ -103,14 +104,9 @@ void DlgDatasetRun::AddMessageRow()
 
 void DlgDatasetRun::AddProgressRow()
 {
-    m_pProgress = new QProgressBar(this);
-    m_pProgress->setStyleSheet(QStringLiteral("border: 2px solid grey;") + QStringLiteral("border-radius: 5px;") +
-                               QStringLiteral("text-align: center;"));
+    m_pProgress = new VlProgressBar(this);
     m_pProgress->setEnabled(false);
     m_pProgress->setMinimumHeight(16);
-    m_pProgress->setRange(0, 100);
-    m_pProgress->setValue(0);
-    m_pProgress->setTextVisible(false);
 
     m_pResultPane = new VlFoldPane(this);
     m_pResultPane->SetMinimumButtonWidth(90);

@@ -150,12 +150,16 @@ void DlgVLSettings::retranslate()
     if (!m_pLanguage)
         return; // before Init
     m_pLanguageCaption->setText(tr("Language:"));
+    m_pLanguageCaption->setBuddy(m_pLanguage);
     m_pQuillmarkBox->setTitle(tr("Quillmark Update-Manager"));
     m_pDatasetsBox->setTitle(tr("AddOn-Dataset Update-Manager"));
     m_pQuillmarkAuto->setText(tr("auto update"));
     m_pDatasetsAuto->setText(tr("auto update"));
     m_pQuillmarkRun->setText(tr("run updater manually"));
     m_pDatasetsRun->setText(tr("run updater manually"));
+    // Two buttons with one caption: a screen reader tells them apart by their names.
+    m_pQuillmarkRun->setAccessibleName(tr("Check for a new Quillmark now"));
+    m_pDatasetsRun->setAccessibleName(tr("Check for new navigation data now"));
     m_pRestore->setText(tr("Restore Quillmark default settings"));
     m_pBackup->retranslate();
     // A group box does not widen for its title; keep each title whole in every language.

@@ -13,6 +13,7 @@
 #include "ui/CvlSettingsButton.h"
 #include "ui/CvlUpdateButton.h"
 #include "ui/SystemButton.h"
+#include "ui/VlAccessible.h"
 #include "ui/VlActionLabel.h"
 #include "ui/VlAppTitleLabel.h"
 #include "ui/VlAppVersionLabel.h"
@@ -38,6 +39,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSet>
 #include <QSizeGrip>
 #include <QTimer>
@@ -77,6 +79,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
 {
     // The data model may ask for a dialog from its first step on.
     CDialogFactory::Install();
+    VlAccessible::Install();
     m_dataModel.Init(Application::st_strVersion);
     m_normalGeometry = QRect();
     m_dragPosition = QPoint(0, 0);
@@ -89,10 +92,11 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     CreateMainWidget();
 
     setWindowIcon(QIcon(QStringLiteral(":/images/Quillmark.ico")));
-    setWindowTitle(tr("Quillmark"));
+    retranslate();
     setUnifiedTitleAndToolBarOnMac(true);
 
     InitSlotSignal();
+    InitShortcuts();
     PlaceFilter();
 }
 
@@ -262,6 +266,8 @@ QGridLayout* QuillmarkMainWindow::CreateFilterLayout()
     m_pFilterCaption->setContentsMargins(0, 0, 8, 0);
     grid->addWidget(m_pFilterCaption, 0, 0);
     m_pFilter = new CvlFilterCmb(nullptr, &m_dataModel);
+    // The caption names the box for a screen reader too.
+    m_pFilterCaption->setBuddy(m_pFilter);
     m_pFilter->Init();
     grid->addWidget(m_pFilter, 0, 1);
     return grid;
@@ -472,6 +478,33 @@ void QuillmarkMainWindow::InitSlotSignal()
     });
 }
 
+void QuillmarkMainWindow::InitShortcuts()
+{
+    // The platform's own keys where it has them (Cmd on macOS comes with Qt's Ctrl).
+    const auto standard = [](QKeySequence::StandardKey key, const QKeySequence& fallback) {
+        const QList<QKeySequence> bindings = QKeySequence::keyBindings(key);
+        return bindings.isEmpty() ? fallback : bindings.first();
+    };
+    const struct
+    {
+        CvlActionBtn* button;
+        QKeySequence keys;
+    } actions[] = {
+        {m_pUpdateButton, QKeySequence(Qt::CTRL | Qt::Key_U)},
+        {m_pResetButton, QKeySequence(Qt::CTRL | Qt::Key_R)},
+        {m_pSettingsButton, standard(QKeySequence::Preferences, QKeySequence(Qt::CTRL | Qt::Key_Comma))},
+        {m_pHelpButton, standard(QKeySequence::HelpContents, QKeySequence(Qt::Key_F1))},
+    };
+    for (const auto& action : actions) {
+        CvlActionBtn* button = action.button;
+        action.button->SetShortcut(action.keys);
+        connect(new QShortcut(action.keys, this), &QShortcut::activated, button,
+                [button] { QMetaObject::invokeMethod(button, "clicked"); });
+    }
+    connect(new QShortcut(standard(QKeySequence::Quit, QKeySequence(Qt::CTRL | Qt::Key_Q)), this),
+            &QShortcut::activated, this, &QuillmarkMainWindow::CloseWindowSlot);
+}
+
 void QuillmarkMainWindow::RunEndedSlot(ERunKind kind)
 {
     // The products of the run: one card's product with its install group, else the selection.
@@ -650,6 +683,25 @@ void QuillmarkMainWindow::ChangeDatasetFilterSlot(const QString& dataset)
 void QuillmarkMainWindow::retranslate()
 {
     setWindowTitle(tr("Quillmark"));
+    // The window draws its own buttons: their pictures alone would say nothing to a screen reader.
+    const struct
+    {
+        SystemButton* button;
+        QString name;
+        QString description;
+    } windowButtons[] = {
+        {m_pMiniButton, tr("Minimize"), tr("Puts the Quillmark window into the Dock or task bar.")},
+        {m_pMaxiButton, tr("Maximize"), tr("Makes the Quillmark window fill the screen.")},
+        {m_pNormButton, tr("Restore size"), tr("Gives the Quillmark window its earlier size again.")},
+        {m_pCloseButton, tr("Close"), tr("Closes Quillmark.")},
+    };
+    for (const auto& b : windowButtons) {
+        if (!b.button)
+            continue;
+        b.button->setAccessibleName(b.name);
+        b.button->setAccessibleDescription(b.description);
+        b.button->setToolTip(b.name);
+    }
     if (m_pFilterCaption)
         m_pFilterCaption->setText(tr("Dataset-Filter"));
     if (m_pStatus)

@@ -98,6 +98,7 @@ private:
     QGridLayout* CreateCatsLayout();
     QGridLayout* CreateStatusLeisteLayout();
     void InitSlotSignal();
+    void InitShortcuts();
 
     void PaintMainWidget();
     void PaintRightHeaderLabel();

@@ -3,6 +3,7 @@
 #include "ui/VlImages.h"
 
 #include <QBitmap>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPixmap>
 
@@ -10,6 +11,7 @@ SystemButton::SystemButton(const QString& normalImage, const QString& hoverImage
     : QLabel(parent), m_strNormal(normalImage), m_strHover(hoverImage)
 {
     setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
     SetImage(m_strNormal);
 }
 
@@ -26,13 +28,13 @@ void SystemButton::SetImage(const QString& path)
 
 void SystemButton::showEvent(QShowEvent* event)
 {
-    SetImage(m_strNormal);
+    SetImage(hasFocus() ? m_strHover : m_strNormal);
     QLabel::showEvent(event);
 }
 
 void SystemButton::leaveEvent(QEvent* event)
 {
-    SetImage(m_strNormal);
+    SetImage(hasFocus() ? m_strHover : m_strNormal);
     QLabel::leaveEvent(event);
 }
 
@@ -46,4 +48,33 @@ void SystemButton::mousePressEvent(QMouseEvent* event)
 {
     emit clicked();
     event->accept();
+}
+
+void SystemButton::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!event->isAutoRepeat())
+            emit clicked();
+        event->accept();
+        break;
+    default:
+        QLabel::keyPressEvent(event);
+    }
+}
+
+// The image is masked to its opaque parts, so a frame around it would not show: the keyboard's
+// place is shown by the hover image.
+void SystemButton::focusInEvent(QFocusEvent* event)
+{
+    SetImage(m_strHover);
+    QLabel::focusInEvent(event);
+}
+
+void SystemButton::focusOutEvent(QFocusEvent* event)
+{
+    SetImage(m_strNormal);
+    QLabel::focusOutEvent(event);
 }

@@ -4,7 +4,8 @@
 #include <QString>
 
 // Image button of the title bar and of the card commands: normal image, hover image while the
-// mouse is over it; only the opaque parts of the image react.
+// mouse is over it or the keyboard is on it; only the opaque parts of the image react. Tab reaches
+// it and Space or Return presses it, like any push button.
 class SystemButton : public QLabel
 {
     Q_OBJECT
@@ -17,6 +18,9 @@ signals:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -1,5 +1,6 @@
 #include "ui/VlBigComboBox.h"
 
+#include "ui/VlComboBox.h"
 #include "ui/VlFonts.h"
 
 namespace {
@@ -15,12 +16,6 @@ QComboBox {
 QComboBox:hover, QComboBox:focus { border-color: rgb(70, 110, 165); }
 QComboBox:disabled { color: rgb(150, 150, 158); background: rgb(226, 226, 232); }
 QComboBox::drop-down { border: none; width: 22px; }
-QComboBox QAbstractItemView {
-    color: rgb(35, 35, 45);
-    background: rgb(250, 250, 255);
-    selection-background-color: rgb(70, 110, 165);
-    selection-color: white;
-}
 )";
 } // namespace
 
@@ -28,4 +23,5 @@ VlBigComboBox::VlBigComboBox(QWidget* parent) : QComboBox(parent)
 {
     setFont(VlFonts::Relative(1));
     setStyleSheet(QLatin1String(kStyle));
+    VlComboBox::StylePopup(this);
 }

@@ -166,6 +166,8 @@ void VlCatLabel::retranslate()
     if (m_pTitle)
         m_pTitle->setText(TranslatedName(m_strName));
     setAccessibleName(TranslatedName(m_strName));
+    setAccessibleDescription(isEnabled() ? tr("Shows the products of this category.")
+                                         : tr("This simulator is not supported on this computer."));
 }
 
 void VlCatLabel::changeEvent(QEvent* event)

@@ -51,8 +51,8 @@ void VlCatPropsLabel::InitCtrls()
     outer->addWidget(line("background-color: rgb(128, 128, 134)", this), 1, 0, Qt::AlignLeft | Qt::AlignTop);
 
     auto* band = new QLabel(this);
+    m_pBand = band;
     VlBackground::Fill(band, QColor(195, 195, 205));
-    band->setMinimumHeight(26);
     auto* bandGrid = new QGridLayout(band);
     bandGrid->setSpacing(0);
     bandGrid->setContentsMargins(14, 2, 14, 2);
@@ -159,10 +159,18 @@ void VlCatPropsLabel::retranslate()
         return;
     m_pCaption->setText(tr("Category-Properties"));
     m_pHeaderName->setText(VlCatLabel::TranslatedName(m_strName));
+    // A label with a layout keeps the size its own text asks for, not its layout's: the band is
+    // made as high as its titles need in the language shown, and at least 26.
+    const QMargins margins = m_pBand->layout()->contentsMargins();
+    m_pBand->setMinimumHeight(qMax(26, qMax(m_pCaption->sizeHint().height(), m_pHeaderName->sizeHint().height()) +
+                                           margins.top() + margins.bottom()));
     m_pNameCaption->setText(tr("Name:"));
     m_pName->setText(VlCatLabel::TranslatedName(m_strName));
     m_pPathCaption->setText(tr("Path:"));
+    m_pPathCaption->setBuddy(m_pPathEdit);
     m_pChangeButton->setText(tr("Change"));
+    m_pChangeButton->setAccessibleDescription(
+        tr("Chooses the folder of %1.").arg(VlCatLabel::TranslatedName(m_strName)));
 }
 
 void VlCatPropsLabel::changeEvent(QEvent* event)

@@ -42,6 +42,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    QLabel* m_pBand = nullptr;
     void InitCtrls();
 
     CCategory* m_pCategory = nullptr;

@@ -15,4 +15,10 @@ public:
     // Text on the dialogs' light background, and the same for errors.
     static QColor DialogText() { return QColor(35, 35, 45); }
     static QColor ErrorText() { return QColor(200, 0, 0); }
+    // Drop-down lists: each pair reads at 4.5:1 or better (WCAG AA).
+    static QColor PopupBackground() { return QColor(250, 250, 255); }
+    static QColor PopupText() { return QColor(30, 30, 45); }
+    static QColor PopupHighlight() { return QColor(50, 90, 145); }
+    static QColor PopupDisabledText() { return QColor(100, 100, 112); }
+    static QColor ProgressChunk() { return QColor(70, 130, 190); }
 };

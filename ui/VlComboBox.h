@@ -9,4 +9,8 @@ class VlComboBox : public QComboBox
 
 public:
     explicit VlComboBox(QWidget* parent = nullptr);
+
+    // The drop-down list every combo of the program shares: dark text on light rows, white on the
+    // highlighted row and a grey that can still be read on a disabled row.
+    static void StylePopup(QComboBox* combo);
 };

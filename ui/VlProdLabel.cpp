@@ -260,9 +260,18 @@ void VlProdLabel::ChangeInstallStateSlot(EQMKProductInstallState state)
     const int index = static_cast<int>(state) - 1;
     if (index >= 0 && index < 8) {
         m_pStateIcons[index]->show();
-        m_pStateIcons[index]->setToolTip(StateToolTip(index + 1));
+        ShowStateText(index + 1);
     }
     UpdateVersionLabel();
+}
+
+void VlProdLabel::ShowStateText(int state)
+{
+    // The icon's colour alone would not tell a screen reader, or a colour-blind pilot, the state.
+    QLabel* icon = m_pStateIcons[state - 1];
+    icon->setToolTip(StateToolTip(state));
+    icon->setAccessibleName(tr("State"));
+    icon->setAccessibleDescription(icon->toolTip());
 }
 
 int VlProdLabel::GetShownStateIcon() const
@@ -513,10 +522,27 @@ void VlProdLabel::retranslate()
                          QStringLiteral(")"));
     const int state = GetShownStateIcon();
     if (state > 0)
-        m_pStateIcons[state - 1]->setToolTip(StateToolTip(state));
-    m_pUpdateButton->setToolTip(tr("Update"));
-    m_pResetButton->setToolTip(tr("Reset"));
-    m_pRemoveBackupButton->setToolTip(tr("remove backup files"));
+        ShowStateText(state);
+    // The commands are pictures: names and descriptions say what they do, and for which product.
+    const QString name = m_pProduct->GetName();
+    const struct
+    {
+        SystemButton* button;
+        QString caption;
+        QString description;
+    } commands[] = {
+        {m_pUpdateButton, tr("Update"), tr("Downloads and installs the newest cycle for %1 only.").arg(name)},
+        {m_pResetButton, tr("Reset"), tr("Puts back the files that the last update of %1 replaced.").arg(name)},
+        {m_pRemoveBackupButton, tr("remove backup files"), tr("Deletes the backup of %1.").arg(name)},
+    };
+    for (const auto& c : commands) {
+        c.button->setToolTip(c.caption);
+        c.button->setAccessibleName(c.caption);
+        c.button->setAccessibleDescription(c.description);
+    }
+    m_pSelect->setAccessibleDescription(tr("Selects %1 for the next update.").arg(name));
+    m_pPathCaption->setBuddy(m_pPathEdit);
+    m_pChangeButton->setAccessibleDescription(tr("Chooses the folder of %1.").arg(name));
     m_pShowCommands->setText(tr("Commands"));
     m_pHideCommands->setText(tr("Commands"));
     TranslateSimPath();

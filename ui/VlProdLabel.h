@@ -72,6 +72,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    // Tooltip, name and description of the state icon say the state in words.
+    void ShowStateText(int state);
     void InitWidgets();
     void InitSlots();
     void ShowPathText(const QString& text);

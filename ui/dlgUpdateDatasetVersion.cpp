@@ -627,6 +627,7 @@ void dlgUpdateDatasetVersion::retranslate()
     m_pDownload->setText(tr("Download"));
     m_pInstall->setText(tr("Install"));
     m_pRetry->setText(tr("Retry"));
+    m_pVersion->setAccessibleName(tr("Cycle to install"));
     m_pDetailsPane->SetCaptions(tr("Details"), tr("Details"));
     m_pOverwriteAccept->setText(tr("OverwriteAccept"));
     m_pCreateBackup->setText(tr("create cycle backup data"));

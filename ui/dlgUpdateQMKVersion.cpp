@@ -4,6 +4,7 @@
 #include "engine/CQMKVersion.h"
 #include "model/CDataModel.h"
 #include "ui/VlMessageLabel.h"
+#include "ui/VlProgressBar.h"
 #include "ui/VlPushButton.h"
 
 #include <QDir>
@@ -34,12 +35,7 @@ void dlgUpdateQMKVersion::InitCtrls()
     m_pReason->setWordWrap(true);
     m_pReason->SetError(true);
     m_pReason->hide();
-    m_pProgress = new QProgressBar(this);
-    m_pProgress->setStyleSheet(QStringLiteral("border: 2px solid grey;") + QStringLiteral("border-radius: 5px;") +
-                               QStringLiteral("text-align: center;"));
-    m_pProgress->setRange(0, 100);
-    m_pProgress->setValue(0);
-    m_pProgress->setTextVisible(false);
+    m_pProgress = new VlProgressBar(this);
     // Its place stays when it is hidden, so the dialog keeps its size from the first state to the last.
     QSizePolicy policy = m_pProgress->sizePolicy();
     policy.setRetainSizeWhenHidden(true);

@@ -4,6 +4,7 @@
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
+#include "ui/VlProgressBar.h"
 #include "ui/VlPushButton.h"
 
 #include <QDir>
@@ -47,11 +48,7 @@ wdgBackupLocal::wdgBackupLocal(QWidget* parent) : QWidget(parent)
     m_pInfo = new QLabel(m_pBox);
     m_pInfo->setWordWrap(true);
     m_pStatus = new QLabel(m_pBox);
-    m_pProgress = new QProgressBar(m_pBox);
-    m_pProgress->setStyleSheet(QStringLiteral("border: 2px solid grey;") + QStringLiteral("border-radius: 5px;") +
-                               QStringLiteral("text-align: center;"));
-    m_pProgress->setRange(0, 100);
-    m_pProgress->setValue(0);
+    m_pProgress = new VlProgressBar(m_pBox);
     m_pCreateButton = new QPushButton(m_pBox);
     m_pLoadButton = new QPushButton(m_pBox);
 

@@ -288,6 +288,14 @@
         <source>Product-Dataset RemoveBackup</source>
         <translation>Backups löschen</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Closes this dialog and stops what it is doing.</source>
+        <translation>Schließt diesen Dialog und beendet, was er gerade tut.</translation>
+    </message>
 </context>
 <context>
     <name>DlgDatasetRun</name>
@@ -451,6 +459,14 @@
         <source>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</source>
         <translation>Quillmark vergisst die Sprache, die automatischen Update-Prüfungen, die Simulatorordner sowie Ordner und Auswahl jedes Produkts. Installierte Navigationsdaten und Backups bleiben erhalten.</translation>
     </message>
+    <message>
+        <source>Check for a new Quillmark now</source>
+        <translation>Jetzt nach einer neuen Quillmark-Version suchen</translation>
+    </message>
+    <message>
+        <source>Check for new navigation data now</source>
+        <translation>Jetzt nach neuen Navigationsdaten suchen</translation>
+    </message>
 </context>
 <context>
     <name>QuillmarkMainWindow</name>
@@ -515,6 +531,38 @@
         <source>Cycle %1 downloaded, not installed yet</source>
         <translation>Zyklus %1 heruntergeladen, noch nicht installiert</translation>
     </message>
+    <message>
+        <source>Minimize</source>
+        <translation>Minimieren</translation>
+    </message>
+    <message>
+        <source>Puts the Quillmark window into the Dock or task bar.</source>
+        <translation>Legt das Quillmark-Fenster ins Dock oder in die Taskleiste.</translation>
+    </message>
+    <message>
+        <source>Maximize</source>
+        <translation>Maximieren</translation>
+    </message>
+    <message>
+        <source>Makes the Quillmark window fill the screen.</source>
+        <translation>Lässt das Quillmark-Fenster den Bildschirm füllen.</translation>
+    </message>
+    <message>
+        <source>Restore size</source>
+        <translation>Größe wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Gives the Quillmark window its earlier size again.</source>
+        <translation>Gibt dem Quillmark-Fenster seine frühere Größe zurück.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Closes Quillmark.</source>
+        <translation>Beendet Quillmark.</translation>
+    </message>
 </context>
 <context>
     <name>VlCatLabel</name>
@@ -554,6 +602,14 @@
         <source>Prepar3D v4</source>
         <translation>Prepar3D v4</translation>
     </message>
+    <message>
+        <source>Shows the products of this category.</source>
+        <translation>Zeigt die Produkte dieser Kategorie.</translation>
+    </message>
+    <message>
+        <source>This simulator is not supported on this computer.</source>
+        <translation>Dieser Simulator wird auf diesem Computer nicht unterstützt.</translation>
+    </message>
 </context>
 <context>
     <name>VlCatPropsLabel</name>
@@ -576,6 +632,10 @@
     <message>
         <source>Change</source>
         <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Chooses the folder of %1.</source>
+        <translation>Wählt den Ordner von %1.</translation>
     </message>
 </context>
 <context>
@@ -675,6 +735,37 @@
     <message>
         <source>- installed ( %1 ), backup ( %2 ) -</source>
         <translation>Installiert: %1 · Backup: %2</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Downloads and installs the newest cycle for %1 only.</source>
+        <translation>Lädt den neuesten Zyklus nur für %1 herunter und installiert ihn.</translation>
+    </message>
+    <message>
+        <source>Puts back the files that the last update of %1 replaced.</source>
+        <translation>Holt die Dateien zurück, die die letzte Aktualisierung von %1 ersetzt hat.</translation>
+    </message>
+    <message>
+        <source>Deletes the backup of %1.</source>
+        <translation>Löscht das Backup von %1.</translation>
+    </message>
+    <message>
+        <source>Selects %1 for the next update.</source>
+        <translation>Wählt %1 für die nächste Aktualisierung aus.</translation>
+    </message>
+    <message>
+        <source>Chooses the folder of %1.</source>
+        <translation>Wählt den Ordner von %1.</translation>
+    </message>
+</context>
+<context>
+    <name>VlProgressBar</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
     </message>
 </context>
 <context>
@@ -814,6 +905,10 @@
     <message>
         <source>Cycle V. %1 R. %2 ( Local )</source>
         <translation>Zyklus %1, Revision %2 (heruntergeladen)</translation>
+    </message>
+    <message>
+        <source>Cycle to install</source>
+        <translation>Zu installierender Zyklus</translation>
     </message>
 </context>
 <context>

@@ -288,6 +288,14 @@
         <source>Product-Dataset RemoveBackup</source>
         <translation>Delete backups</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Closes this dialog and stops what it is doing.</source>
+        <translation>Closes this dialog and stops what it is doing.</translation>
+    </message>
 </context>
 <context>
     <name>DlgDatasetRun</name>
@@ -451,6 +459,14 @@
         <source>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</source>
         <translation>Quillmark forgets the language, the automatic update checks, the simulator folders and each product&apos;s folder and selection. Installed navigation data and backups stay as they are.</translation>
     </message>
+    <message>
+        <source>Check for a new Quillmark now</source>
+        <translation>Check for a new Quillmark now</translation>
+    </message>
+    <message>
+        <source>Check for new navigation data now</source>
+        <translation>Check for new navigation data now</translation>
+    </message>
 </context>
 <context>
     <name>QuillmarkMainWindow</name>
@@ -515,6 +531,38 @@
         <source>Cycle %1 downloaded, not installed yet</source>
         <translation>Cycle %1 downloaded, not installed yet</translation>
     </message>
+    <message>
+        <source>Minimize</source>
+        <translation>Minimize</translation>
+    </message>
+    <message>
+        <source>Puts the Quillmark window into the Dock or task bar.</source>
+        <translation>Puts the Quillmark window into the Dock or task bar.</translation>
+    </message>
+    <message>
+        <source>Maximize</source>
+        <translation>Maximize</translation>
+    </message>
+    <message>
+        <source>Makes the Quillmark window fill the screen.</source>
+        <translation>Makes the Quillmark window fill the screen.</translation>
+    </message>
+    <message>
+        <source>Restore size</source>
+        <translation>Restore size</translation>
+    </message>
+    <message>
+        <source>Gives the Quillmark window its earlier size again.</source>
+        <translation>Gives the Quillmark window its earlier size again.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Closes Quillmark.</source>
+        <translation>Closes Quillmark.</translation>
+    </message>
 </context>
 <context>
     <name>VlCatLabel</name>
@@ -554,6 +602,14 @@
         <source>Prepar3D v4</source>
         <translation>Prepar3D v4</translation>
     </message>
+    <message>
+        <source>Shows the products of this category.</source>
+        <translation>Shows the products of this category.</translation>
+    </message>
+    <message>
+        <source>This simulator is not supported on this computer.</source>
+        <translation>This simulator is not supported on this computer.</translation>
+    </message>
 </context>
 <context>
     <name>VlCatPropsLabel</name>
@@ -576,6 +632,10 @@
     <message>
         <source>Change</source>
         <translation>Change</translation>
+    </message>
+    <message>
+        <source>Chooses the folder of %1.</source>
+        <translation>Chooses the folder of %1.</translation>
     </message>
 </context>
 <context>
@@ -675,6 +735,37 @@
     <message>
         <source>- installed ( %1 ), backup ( %2 ) -</source>
         <translation>Installed: %1 · Backup: %2</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>State</translation>
+    </message>
+    <message>
+        <source>Downloads and installs the newest cycle for %1 only.</source>
+        <translation>Downloads and installs the newest cycle for %1 only.</translation>
+    </message>
+    <message>
+        <source>Puts back the files that the last update of %1 replaced.</source>
+        <translation>Puts back the files that the last update of %1 replaced.</translation>
+    </message>
+    <message>
+        <source>Deletes the backup of %1.</source>
+        <translation>Deletes the backup of %1.</translation>
+    </message>
+    <message>
+        <source>Selects %1 for the next update.</source>
+        <translation>Selects %1 for the next update.</translation>
+    </message>
+    <message>
+        <source>Chooses the folder of %1.</source>
+        <translation>Chooses the folder of %1.</translation>
+    </message>
+</context>
+<context>
+    <name>VlProgressBar</name>
+    <message>
+        <source>Progress</source>
+        <translation>Progress</translation>
     </message>
 </context>
 <context>
@@ -814,6 +905,10 @@
     <message>
         <source>Cycle V. %1 R. %2 ( Local )</source>
         <translation>Cycle %1, revision %2 (downloaded)</translation>
+    </message>
+    <message>
+        <source>Cycle to install</source>
+        <translation>Cycle to install</translation>
     </message>
 </context>
 <context>
