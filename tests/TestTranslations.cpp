@@ -44,7 +44,8 @@ class TestTranslations : public QObject
                 current.source = xml.readElementText();
             else if (xml.name() == QLatin1String("translation")) {
                 current.finished = xml.attributes().value(QLatin1String("type")).isEmpty();
-                current.translation = xml.readElementText();
+                // Plural texts hold one numerusform element per form.
+                current.translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
                 messages << current;
             }
         }

@@ -30,7 +30,7 @@ quiet "$tool" - "$gallery" 800x600
 
 # One row per picture, in this order: the name without _en/_de, then its caption.
 pictures=(
-    "mainwindow|Main window on a sample catalogue, one card's commands open"
+    "mainwindow|Main window on a sample catalogue, one card's commands open, one card's cycle expired"
     "mainwindow_800x600|Main window at 800x600"
     "mainwindow_updated|Main window after an update: the cards show the new cycle and a backup"
     "settings|Settings"

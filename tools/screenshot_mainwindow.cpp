@@ -10,6 +10,7 @@
 // cycle archive and after writing and loading it (settings_backup_running, settings_backup_created,
 // settings_backup_loaded); then the reset and backup-removal dialogs idle and ready: reset_idle,
 // reset_ready, removebackup_idle and removebackup_ready.
+// The clock stands at 13 February 2018: cycle 1802 is in force, 1801 expired 12 days ago.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
@@ -30,6 +31,7 @@
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlBigComboBox.h"
 #include "ui/VlCheckBox.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlFoldPane.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
@@ -343,10 +345,11 @@ int main(int argc, char** argv)
         const QString sim = sample.path() + QStringLiteral("/X-Plane 11");
         SampleCatalogue::MakeSimFolder(sim);
         QDir().mkpath(sim + QStringLiteral("/Custom Data/GNS430"));
-        QFile cycle(sim + QStringLiteral("/Custom Data/cycle_info.txt"));
-        if (cycle.open(QIODevice::WriteOnly))
-            cycle.write("AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
-        cycle.close();
+        // One card on the cycle in force, one on the cycle before.
+        DatasetFiles::writeFile(sim + QStringLiteral("/Custom Data/cycle_info.txt"),
+                                "AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
+        DatasetFiles::writeFile(sim + QStringLiteral("/Custom Data/GNS430/cycle_info.txt"),
+                                "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
         catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), sim);
         catalogue.WriteTo(sample.path());
         Application::st_strAppPath = sample.path();
@@ -358,6 +361,7 @@ int main(int argc, char** argv)
         return 2;
     }
     Application::st_strVersion = QStringLiteral("1.2.3");
+    VlCycleDates::SetToday(QDate(2018, 2, 13));
     Application::loadTranslations(QStringLiteral(":/lang"));
     Application::setLanguage(QStringLiteral("en_US"));
 

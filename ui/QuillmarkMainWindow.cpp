@@ -338,6 +338,7 @@ QLabel* QuillmarkMainWindow::CreateMiddleLabel()
     QGridLayout* props = grid0(QMargins());
     m_pCatProps = new VlCatPropsLabel(middle, m_dataModel.GetCategoryByName(QStringLiteral("All")));
     m_pCatProps->Init();
+    m_pCatProps->SetDataModel(&m_dataModel);
     props->addWidget(m_pCatProps, 0, 0);
     outer->addLayout(props, 1, 0);
 

@@ -1,17 +1,22 @@
 #include "ui/VlCatPropsLabel.h"
 
+#include "model/CAiracCycle.h"
 #include "model/CCategory.h"
+#include "model/CDataModel.h"
+#include "model/CProduct.h"
 #include "ui/VlAppPushButton.h"
 #include "ui/VlBackground.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlCategoryTitleLabel.h"
 #include "ui/VlColors.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlDefaultEdit.h"
 #include "ui/VlDefaultLabel.h"
 #include "ui/VlDirChooser.h"
 
 #include <QEvent>
 #include <QGridLayout>
+#include <QTimer>
 
 namespace {
 QLabel* line(const char* style, QWidget* parent)
@@ -81,6 +86,9 @@ void VlCatPropsLabel::InitCtrls()
     grid->addWidget(m_pPathCaption, 1, 0);
     grid->addWidget(m_pPathEdit, 1, 1);
     grid->addWidget(m_pChangeButton, 1, 2);
+    // "All" and "Selected" have no folder; their second row counts the expired cycles instead.
+    m_pExpired = new VlDefaultLabel(this);
+    grid->addWidget(m_pExpired, 1, 1, 1, 2);
     outer->addLayout(grid, 3, 0);
     outer->setRowStretch(4, 1);
 }
@@ -103,6 +111,8 @@ void VlCatPropsLabel::UpdateCategory(CCategory* category)
     m_pChangeButton->setVisible(standard);
     m_pPathEdit->setText(category ? category->GetPath() : QString());
     CheckCategoryDir();
+    m_pExpired->setVisible(!standard);
+    ShowExpiredCount();
 }
 
 void VlCatPropsLabel::SetCategoryName(const QString& name)
@@ -163,6 +173,67 @@ void VlCatPropsLabel::retranslate()
     m_pName->setText(VlCatLabel::TranslatedName(m_strName));
     m_pPathCaption->setText(tr("Path:"));
     m_pChangeButton->setText(tr("Change"));
+    ShowExpiredCount();
+}
+
+void VlCatPropsLabel::SetDataModel(CDataModel* dataModel)
+{
+    m_pDataModel = dataModel;
+    const int count = dataModel ? dataModel->GetProductListSize() : 0;
+    for (int i = 0; i < count; ++i) {
+        CProduct* product = dataModel->GetProductByIndex(i);
+        // A run or a new folder changes the installed cycle, a tick what "Selected" holds.
+        connect(product, &CProduct::SignalChangeInstallState, this, [this, product] {
+            m_cycles.remove(product);
+            RecountExpiredSoon();
+        });
+        connect(product, &CProduct::SignalUpdateChange, this, &VlCatPropsLabel::RecountExpiredSoon);
+    }
+    connect(this, &VlCatPropsLabel::UpdatePath, this, [this] {
+        m_cycles.clear();
+        RecountExpiredSoon();
+    });
+    // The first count reads every product's cycle; the window shows first.
+    RecountExpiredSoon();
+}
+
+void VlCatPropsLabel::RecountExpiredSoon()
+{
+    if (m_bRecountPending)
+        return;
+    m_bRecountPending = true;
+    // An install or a group's tick changes many products at once; one count afterwards is enough.
+    QTimer::singleShot(0, this, [this] {
+        m_bRecountPending = false;
+        ShowExpiredCount();
+    });
+}
+
+void VlCatPropsLabel::ShowExpiredCount()
+{
+    if (!m_pExpired || !m_pDataModel || CheckStdCategory())
+        return;
+    const bool selectedOnly = m_strName == QLatin1String("Selected");
+    const QDate today = VlCycleDates::Today();
+    int expired = 0;
+    for (int i = 0; i < m_pDataModel->GetProductListSize(); ++i) {
+        CProduct* product = m_pDataModel->GetProductByIndex(i);
+        if (!product || product->GetName().isEmpty() || (selectedOnly && !product->GetUpdate()))
+            continue;
+        auto known = m_cycles.find(product);
+        if (known == m_cycles.end())
+            known = m_cycles.insert(product, product->GetCycleVersion());
+        if (CAiracCycle::DaysExpired(known.value(), today) >= 0)
+            ++expired;
+    }
+    m_pExpired->setText(expired == 0 ? tr("No product runs an expired cycle.")
+                                     : tr("%n product(s) run an expired cycle.", nullptr, expired));
+    VlColors::SetTextColor(m_pExpired, expired == 0 ? QColor(60, 60, 70) : VlColors::Warning());
+}
+
+QString VlCatPropsLabel::GetExpiredText() const
+{
+    return m_pExpired && !m_pExpired->isHidden() ? m_pExpired->text() : QString();
 }
 
 void VlCatPropsLabel::changeEvent(QEvent* event)

@@ -2,10 +2,13 @@
 
 #include "app/VlAtom.h"
 
+#include <QHash>
 #include <QLabel>
 #include <QString>
 
 class CCategory;
+class CDataModel;
+class CProduct;
 class VlAppPushButton;
 class VlDefaultEdit;
 class VlDefaultLabel;
@@ -29,6 +32,11 @@ public:
     bool CheckCategoryDir();
     CCategory* GetCategory() const { return m_pCategory; }
 
+    // The products whose cycles "All" and "Selected" count.
+    void SetDataModel(CDataModel* dataModel);
+    // What "All" or "Selected" says about expired cycles; empty for a simulator category.
+    QString GetExpiredText() const;
+
 signals:
     void UpdatePath();
 
@@ -36,6 +44,8 @@ public slots:
     void ChangeSelectedCategorySlot(CCategory* category);
     void PathTextChangeSlot(const QString& text);
     void ClickedChangeButtonSlot();
+    // Counts the expired cycles again, once the events of the moment are through.
+    void RecountExpiredSoon();
     void retranslate() override;
 
 protected:
@@ -43,6 +53,7 @@ protected:
 
 private:
     void InitCtrls();
+    void ShowExpiredCount();
 
     CCategory* m_pCategory = nullptr;
     QString m_strName;
@@ -54,4 +65,9 @@ private:
     VlDefaultLabel* m_pPathCaption = nullptr;
     VlDefaultEdit* m_pPathEdit = nullptr;
     VlAppPushButton* m_pChangeButton = nullptr;
+    VlDefaultLabel* m_pExpired = nullptr;
+    CDataModel* m_pDataModel = nullptr;
+    // Installed cycles as last read; reading means resolving folders, too slow for every click.
+    QHash<const CProduct*, QString> m_cycles;
+    bool m_bRecountPending = false;
 };

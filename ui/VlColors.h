@@ -15,4 +15,6 @@ public:
     // Text on the dialogs' light background, and the same for errors.
     static QColor DialogText() { return QColor(35, 35, 45); }
     static QColor ErrorText() { return QColor(200, 0, 0); }
+    // Something the user should act on soon, such as an expired cycle; dark enough for small text.
+    static QColor Warning() { return QColor(176, 80, 0); }
 };

@@ -493,6 +493,45 @@
         <source>Change</source>
         <translation>Ändern</translation>
     </message>
+    <message>
+        <source>No product runs an expired cycle.</source>
+        <translation>Kein Produkt läuft mit einem abgelaufenen Zyklus.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n product(s) run an expired cycle.</source>
+        <translation>
+            <numerusform>%n Produkt läuft mit einem abgelaufenen Zyklus.</numerusform>
+            <numerusform>%n Produkte laufen mit einem abgelaufenen Zyklus.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>VlCycleDates</name>
+    <message>
+        <source>d MMM yyyy</source>
+        <comment>date format: day, short month name, year</comment>
+        <translation>d. MMM yyyy</translation>
+    </message>
+    <message>
+        <source>d MMM</source>
+        <comment>date format: day and short month name</comment>
+        <translation>d. MMM</translation>
+    </message>
+    <message>
+        <source>valid %1 – %2</source>
+        <translation>gültig %1 – %2</translation>
+    </message>
+    <message>
+        <source>expired today</source>
+        <translation>heute abgelaufen</translation>
+    </message>
+    <message numerus="yes">
+        <source>expired %n day(s) ago</source>
+        <translation>
+            <numerusform>vor %n Tag abgelaufen</numerusform>
+            <numerusform>vor %n Tagen abgelaufen</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>VlProdLabel</name>

@@ -493,6 +493,45 @@
         <source>Change</source>
         <translation>Change</translation>
     </message>
+    <message>
+        <source>No product runs an expired cycle.</source>
+        <translation>No product runs an expired cycle.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n product(s) run an expired cycle.</source>
+        <translation>
+            <numerusform>%n product runs an expired cycle.</numerusform>
+            <numerusform>%n products run an expired cycle.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>VlCycleDates</name>
+    <message>
+        <source>d MMM yyyy</source>
+        <comment>date format: day, short month name, year</comment>
+        <translation>d MMM yyyy</translation>
+    </message>
+    <message>
+        <source>d MMM</source>
+        <comment>date format: day and short month name</comment>
+        <translation>d MMM</translation>
+    </message>
+    <message>
+        <source>valid %1 – %2</source>
+        <translation>valid %1 – %2</translation>
+    </message>
+    <message>
+        <source>expired today</source>
+        <translation>expired today</translation>
+    </message>
+    <message numerus="yes">
+        <source>expired %n day(s) ago</source>
+        <translation>
+            <numerusform>expired %n day ago</numerusform>
+            <numerusform>expired %n days ago</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>VlProdLabel</name>
