@@ -53,6 +53,7 @@ pictures=(
     "reset_ready|Reset: done, result open"
     "removebackup_idle|Backup removal: before it starts"
     "removebackup_ready|Backup removal: done, result open"
+    "mainwindow_simfound|First start: X-Plane 11 found and offered in its band, X-Plane 10 still without a folder"
 )
 file_name() { # NAME LANGUAGE: mainwindow_800x600 de -> mainwindow_de_800x600.png
     case "$1" in

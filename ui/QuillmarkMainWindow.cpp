@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "model/CCategory.h"
+#include "model/CSimulatorSearch.h"
 #include "ui/CDialogFactory.h"
 #include "ui/CvlFilterCmb.h"
 #include "ui/CvlHelpButton.h"
@@ -22,6 +23,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QIcon>
@@ -73,6 +75,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
 {
     // The data model may ask for a dialog from its first step on.
     CDialogFactory::Install();
+    m_bFirstStart = !QFileInfo::exists(CDataModel::SettingsFilePath());
     m_dataModel.Init(Application::st_strVersion);
     m_normalGeometry = QRect();
     m_dragPosition = QPoint(0, 0);
@@ -89,6 +92,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     setUnifiedTitleAndToolBarOnMac(true);
 
     InitSlotSignal();
+    OfferFoundSimulators();
     PlaceFilter();
 }
 
@@ -422,6 +426,8 @@ QGridLayout* QuillmarkMainWindow::CreateStatusLeisteLayout()
     m_pStatus = new QLabel(tr("Ready"), m_pMainLabel);
     m_pStatus->setFont(VlFonts::Font(9, QFont::Normal, true));
     VlColors::SetTextColor(m_pStatus, QColor(254, 254, 254));
+    // A long first-start message is cut rather than widen the window; the tool tip holds it whole.
+    m_pStatus->setMinimumWidth(1);
     grid->addWidget(m_pStatus, 0, 0);
 
     auto* grip = new QSizeGrip(this);
@@ -454,6 +460,47 @@ void QuillmarkMainWindow::InitSlotSignal()
     connect(m_pFilter, &CvlFilterCmb::ChangeDataset, this, &QuillmarkMainWindow::ChangeDatasetFilterSlot);
     connect(this, &QuillmarkMainWindow::SignalChangeDataset, m_pProdList, &VlProdListLabel::ChangeDatasetFilterSlot);
     connect(&m_dataModel, &CDataModel::SignalCloseApplication, this, &QuillmarkMainWindow::CloseWindowSlot);
+    connect(m_pCatProps, &VlCatPropsLabel::UpdatePath, this, &QuillmarkMainWindow::UpdateStatus);
+}
+
+void QuillmarkMainWindow::OfferFoundSimulators()
+{
+    const CSimulatorSearch search = CSimulatorSearch::ForThisUser();
+    QMap<QString, QString> offers;
+    m_searchedCategories.clear();
+    for (int i = 0; i < m_dataModel.GetCategoryListSize(); ++i) {
+        CCategory* category = m_dataModel.GetCategoryByIndex(i);
+        if (!category || search.Candidates(category->GetName()).isEmpty())
+            continue;
+        m_searchedCategories << category->GetName();
+        // A working folder is the user's choice and stays; nothing changes until an offer is taken.
+        if (category->CheckPath())
+            continue;
+        const QString found = search.Find(category->GetName());
+        if (!found.isEmpty())
+            offers.insert(category->GetName(), found);
+    }
+    m_pCatProps->SetOffers(offers);
+    UpdateStatus();
+}
+
+void QuillmarkMainWindow::UpdateStatus()
+{
+    QStringList parts;
+    for (const QString& name : qAsConst(m_searchedCategories)) {
+        const CCategory* category = m_dataModel.GetCategoryByName(name);
+        if (!m_bFirstStart || !category || category->CheckPath())
+            continue;
+        const QString offer = m_pCatProps->GetOffer(name);
+        const QString shown = VlCatLabel::TranslatedName(name);
+        if (offer.isEmpty())
+            parts << tr("%1 still needs a folder.").arg(shown);
+        else
+            parts << tr("%1 found in %2; confirm it under %1.").arg(shown, offer);
+    }
+    const QString text = parts.isEmpty() ? tr("Ready") : parts.join(QLatin1Char(' '));
+    m_pStatus->setText(text);
+    m_pStatus->setToolTip(parts.isEmpty() ? QString() : text);
 }
 
 void QuillmarkMainWindow::CloseWindowSlot()
@@ -554,8 +601,8 @@ void QuillmarkMainWindow::retranslate()
     setWindowTitle(tr("Quillmark"));
     if (m_pFilterCaption)
         m_pFilterCaption->setText(tr("Dataset-Filter"));
-    if (m_pStatus)
-        m_pStatus->setText(tr("Ready"));
+    if (m_pStatus && m_pCatProps)
+        UpdateStatus();
 }
 
 void QuillmarkMainWindow::changeEvent(QEvent* event)

@@ -99,6 +99,11 @@ private:
     QGridLayout* CreateStatusLeisteLayout();
     void InitSlotSignal();
 
+    // Offers the simulator folders found for categories without a working one.
+    void OfferFoundSimulators();
+    // The status line: on the first start what was found and what still needs a folder.
+    void UpdateStatus();
+
     void PaintMainWidget();
     void PaintRightHeaderLabel();
     void PaintCategoryLineLabel();
@@ -145,4 +150,8 @@ private:
     QGridLayout* m_pLogoGrid = nullptr;
     QGridLayout* m_pProductGrid = nullptr;
     QScrollArea* m_pCatScroll = nullptr;
+    // No settings file was there when the window was built.
+    bool m_bFirstStart = false;
+    // The categories a simulator search knows, in catalogue order.
+    QStringList m_searchedCategories;
 };

@@ -15,6 +15,7 @@
 #include "ui/VlDirChooser.h"
 
 #include <QEvent>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QTimer>
 
@@ -39,6 +40,7 @@ void VlCatPropsLabel::Init()
     InitCtrls();
     connect(m_pChangeButton, &QPushButton::clicked, this, &VlCatPropsLabel::ClickedChangeButtonSlot);
     connect(m_pPathEdit, &QLineEdit::textChanged, this, &VlCatPropsLabel::PathTextChangeSlot);
+    connect(m_pOfferButton, &QPushButton::clicked, this, &VlCatPropsLabel::ClickedOfferButtonSlot);
     m_bCtrlsBuilt = true;
     UpdateCategory(m_pCategory);
     retranslate();
@@ -89,6 +91,9 @@ void VlCatPropsLabel::InitCtrls()
     // "All" and "Selected" have no folder; their second row counts the expired cycles instead.
     m_pExpired = new VlDefaultLabel(this);
     grid->addWidget(m_pExpired, 1, 1, 1, 2);
+    m_pOfferButton = new VlAppPushButton(this);
+    m_pOfferButton->hide();
+    grid->addWidget(m_pOfferButton, 2, 1, Qt::AlignLeft);
     outer->addLayout(grid, 3, 0);
     outer->setRowStretch(4, 1);
 }
@@ -139,6 +144,7 @@ bool VlCatPropsLabel::CheckCategoryDir()
     const bool ok = m_pCategory && m_pCategory->CheckPath();
     if (m_pPathEdit)
         VlColors::SetTextColor(m_pPathEdit, ok ? VlColors::PathOk() : VlColors::PathBad());
+    ShowOffer();
     return ok;
 }
 
@@ -173,7 +179,46 @@ void VlCatPropsLabel::retranslate()
     m_pName->setText(VlCatLabel::TranslatedName(m_strName));
     m_pPathCaption->setText(tr("Path:"));
     m_pChangeButton->setText(tr("Change"));
+    ShowOffer();
     ShowExpiredCount();
+}
+
+void VlCatPropsLabel::SetOffers(const QMap<QString, QString>& offers)
+{
+    m_offers = offers;
+    ShowOffer();
+}
+
+void VlCatPropsLabel::ShowOffer()
+{
+    if (!m_pOfferButton)
+        return;
+    const QString folder = m_offers.value(m_strName);
+    // A folder the user gave meanwhile that works ends the offer.
+    const bool show = CheckStdCategory() && !folder.isEmpty() && !m_pCategory->CheckPath();
+    if (show) {
+        // The whole folder in the tool tip; the caption keeps its start and end.
+        const QString shown = m_pOfferButton->fontMetrics().elidedText(folder, Qt::ElideMiddle, 600);
+        m_pOfferButton->setText(tr("Use %1").arg(shown));
+        m_pOfferButton->setToolTip(folder);
+    }
+    if (show == m_pOfferButton->isVisibleTo(this))
+        return;
+    m_pOfferButton->setVisible(show);
+    // The offer takes a row of its own; the panel grows by it rather than squeeze the rows.
+    setMinimumHeight(show ? 110 + m_pOfferButton->sizeHint().height() + 6 : 110);
+}
+
+void VlCatPropsLabel::ClickedOfferButtonSlot()
+{
+    const QString folder = m_offers.value(m_strName);
+    if (!CheckStdCategory() || folder.isEmpty())
+        return;
+    m_offers.remove(m_strName);
+    // The same way as a folder chosen with "Change", so it is kept in the settings alike.
+    m_pPathEdit->setText(folder);
+    ShowOffer();
+    emit UpdatePath();
 }
 
 void VlCatPropsLabel::SetDataModel(CDataModel* dataModel)

@@ -431,6 +431,14 @@
         <source>Ready</source>
         <translation>Bereit</translation>
     </message>
+    <message>
+        <source>%1 still needs a folder.</source>
+        <translation>%1 braucht noch einen Ordner.</translation>
+    </message>
+    <message>
+        <source>%1 found in %2; confirm it under %1.</source>
+        <translation>%1 gefunden in %2; unter %1 bestätigen.</translation>
+    </message>
 </context>
 <context>
     <name>VlCatLabel</name>
@@ -492,6 +500,10 @@
     <message>
         <source>Change</source>
         <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>%1 verwenden</translation>
     </message>
     <message>
         <source>No product runs an expired cycle.</source>

@@ -431,6 +431,14 @@
         <source>Ready</source>
         <translation>Ready</translation>
     </message>
+    <message>
+        <source>%1 still needs a folder.</source>
+        <translation>%1 still needs a folder.</translation>
+    </message>
+    <message>
+        <source>%1 found in %2; confirm it under %1.</source>
+        <translation>%1 found in %2; confirm it under %1.</translation>
+    </message>
 </context>
 <context>
     <name>VlCatLabel</name>
@@ -492,6 +500,10 @@
     <message>
         <source>Change</source>
         <translation>Change</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>Use %1</translation>
     </message>
     <message>
         <source>No product runs an expired cycle.</source>
