@@ -15,6 +15,7 @@
 #include "ui/SystemButton.h"
 #include "ui/VlBigComboBox.h"
 #include "ui/VlCheckBox.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlFoldPane.h"
 #include "ui/VlMessageLabel.h"
 #include "ui/VlProdLabel.h"
@@ -403,7 +404,10 @@ private slots:
             QCOMPARE(combo->count(), 2);
             QCOMPARE(combo->itemText(1), QString("Cycle V. 1802 R. 1 ( Local )"));
             QCOMPARE(combo->currentIndex(), 0); // the server offers a newer cycle
+            // The dates of the cycle chosen, in the language's format.
+            QCOMPARE(dialog->GetCycleDatesText(), QString("valid 1 Mar – 28 Mar 2018"));
             combo->setCurrentIndex(1);
+            QCOMPARE(dialog->GetCycleDatesText(), QString("valid 1 Feb – 28 Feb 2018, expired 12 day(s) ago"));
             QVERIFY(dialog->GetInstallButton()->isVisible());
             QVERIFY(!dialog->GetInstallButton()->isEnabled());
             QVERIFY(dialog->GetDownloadButton()->isHidden());
@@ -426,8 +430,10 @@ private slots:
             tick(dialog->GetOverwriteAccept());
             QVERIFY(!dialog->GetDownloadButton()->isEnabled());
         });
+        VlCycleDates::SetToday(QDate(2018, 3, 13));
         QVERIFY(env.open());
         QVERIFY(env.clickUpdate());
+        VlCycleDates::SetToday(QDate());
         QCOMPARE(env.http->requestCount(), 1); // the list only
     }
 

@@ -12,6 +12,7 @@
 #include "ui/VlCatLabel.h"
 #include "ui/VlCatPropsLabel.h"
 #include "ui/VlCategoryTitleLabel.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
 
@@ -89,6 +90,11 @@ class TestMainWindow : public QObject
              QStringLiteral("orbital_route_planner"),
              QStringLiteral("$SimPath\\Aircraft\\Kestrel Avionics KX-900\\plugins\\navigation data"),
              QStringLiteral("X-Plane 11"), true});
+        // Its cycle expired, over a year's end: the longest dates a card shows.
+        VlCycleDates::SetToday(QDate(2026, 3, 3));
+        QVERIFY(m_app->writeFile(
+            QStringLiteral("xp11/Aircraft/Kestrel Avionics KX-900/plugins/navigation data/cycle_info.txt"),
+            "AIRAC cycle    : 2513\r\nRevision       : 1\r\n"));
         openWindow(catalogue);
     }
 
@@ -139,6 +145,7 @@ private slots:
 
     void cleanup()
     {
+        VlCycleDates::SetToday(QDate());
         Application::setLanguage(QStringLiteral("en_US"));
         m_window.reset();
         m_app.reset();

@@ -9,6 +9,7 @@
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlCatPropsLabel.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlDirChooser.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
@@ -89,6 +90,8 @@ private slots:
     void initTestCase()
     {
         Application::registerResources();
+        Application::loadTranslations(QStringLiteral(":/lang"));
+        Application::setLanguage(QStringLiteral("en_US"));
     }
 
     void init()
@@ -100,6 +103,8 @@ private slots:
     void cleanup()
     {
         VlDirChooser::SetHandler(nullptr);
+        VlCycleDates::SetToday(QDate());
+        Application::setLanguage(QStringLiteral("en_US"));
         m_window.reset();
         m_app.reset();
         QCOMPARE(m_boxes->count(), 0);
@@ -212,15 +217,15 @@ private slots:
         QTest::addColumn<QByteArray>("backup");
         QTest::addColumn<QString>("expected");
 
-        QTest::newRow("nothing") << QByteArray() << QByteArray() << "- installed ( not found ), backup ( not found ) -";
+        QTest::newRow("nothing") << QByteArray() << QByteArray() << "Installed: none · Backup: none";
         QTest::newRow("installed only") << QByteArray("AIRAC cycle    : 1802\r\nRevision       : 1\r\n") << QByteArray()
-                                        << "- installed ( V. 1802 R. 1 ), backup ( not found ) -";
+                                        << "Installed: cycle 1802, revision 1 · Backup: none";
         QTest::newRow("both") << QByteArray("AIRAC cycle    : 1803\r\nRevision       : 2\r\n")
                               << QByteArray("AIRAC cycle    : 1801\r\nRevision       : 1\r\n")
-                              << "- installed ( V. 1803 R. 2 ), backup ( V. 1801 R. 1 ) -";
+                              << "Installed: cycle 1803, revision 2 · Backup: cycle 1801, revision 1";
         QTest::newRow("unknown backup") << QByteArray("AIRAC cycle    : 1803\r\nRevision       : 2\r\n")
                                         << QByteArray("AIRAC cycle    : unknown\r\nRevision       : \r\n")
-                                        << "- installed ( V. 1803 R. 2 ), backup ( unknown ) -";
+                                        << "Installed: cycle 1803, revision 2 · Backup: unknown";
     }
 
     void cycleText()
@@ -239,6 +244,74 @@ private slots:
         VlProdLabel* c = card(QStringLiteral("Charlie Nav"));
         c->GetProduct()->SetInstallState(QMK_STATE_INSTALL_OK);
         QCOMPARE(c->GetCycleText(), expected);
+    }
+
+    // When the installed cycle is in force, on the card and in the counts of "All" and "Selected",
+    // with the clock set and in both languages.
+    // clang-format off
+    void cycleDates_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("cycle"); // installed on Charlie Nav; empty: none
+        QTest::addColumn<QDate>("today");
+        QTest::addColumn<QString>("dates");
+        QTest::addColumn<QString>("expired");
+
+        QTest::newRow("in force") << "en_US" << "2601" << QDate(2026, 2, 1) << "valid 22 Jan – 18 Feb 2026" << "";
+        QTest::newRow("expired today") << "en_US" << "2601" << QDate(2026, 2, 19) << "valid 22 Jan – 18 Feb 2026"
+                                       << "expired today";
+        QTest::newRow("a day ago") << "en_US" << "2601" << QDate(2026, 2, 20) << "valid 22 Jan – 18 Feb 2026"
+                                   << "expired 1 day ago";
+        QTest::newRow("12 days ago") << "en_US" << "2601" << QDate(2026, 3, 3) << "valid 22 Jan – 18 Feb 2026"
+                                     << "expired 12 days ago";
+        QTest::newRow("over the year's end") << "en_US" << "2513" << QDate(2026, 1, 1)
+                                             << "valid 25 Dec 2025 – 21 Jan 2026" << "";
+        QTest::newRow("German, in force") << "de_DE" << "2601" << QDate(2026, 2, 1)
+                                          << "gültig 22. Jan. – 18. Feb. 2026" << "";
+        QTest::newRow("German, expired") << "de_DE" << "2601" << QDate(2026, 3, 3)
+                                         << "gültig 22. Jan. – 18. Feb. 2026" << "vor 12 Tagen abgelaufen";
+        QTest::newRow("no cycle") << "en_US" << "" << QDate(2026, 3, 3) << "" << "";
+    }
+    // clang-format on
+
+    void cycleDates()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, cycle);
+        QFETCH(QDate, today);
+        QFETCH(QString, dates);
+        QFETCH(QString, expired);
+
+        VlCycleDates::SetToday(today);
+        Application::setLanguage(language);
+        if (!cycle.isEmpty())
+            QVERIFY(m_app->writeFile(QStringLiteral("sims/xp10/Custom Data/cycle_info.txt"),
+                                     "AIRAC cycle    : " + cycle.toLatin1() + "\r\nRevision       : 1\r\n"));
+        VlProdLabel* c = card(QStringLiteral("Charlie Nav"));
+        c->GetProduct()->SetInstallState(QMK_STATE_INSTALL_OK);
+        QCOMPARE(c->GetCycleDatesText(), dates);
+        QCOMPARE(c->GetCycleExpiredText(), expired);
+        for (QLabel* label : c->findChildren<QLabel*>())
+            if (!expired.isEmpty() && label->text() == expired)
+                QCOMPARE(label->palette().color(QPalette::WindowText), QColor(176, 80, 0));
+
+        // Charlie Nav is not selected until its card is ticked.
+        const bool german = language == QLatin1String("de_DE");
+        const QString none = german ? "Kein Produkt läuft mit einem abgelaufenen Zyklus."
+                                    : "No product runs an expired cycle.";
+        const QString count = expired.isEmpty() ? none
+                              : german          ? "1 Produkt läuft mit einem abgelaufenen Zyklus."
+                                                : "1 product runs an expired cycle.";
+        VlCatPropsLabel* band = m_window->GetCatProps();
+        QTRY_COMPARE(band->GetExpiredText(), count);
+        clickCategory(QStringLiteral("X-Plane 10"));
+        QCOMPARE(band->GetExpiredText(), QString());
+        clickCategory(QStringLiteral("Selected"));
+        QCOMPARE(band->GetExpiredText(), none);
+        clickCategory(QStringLiteral("All"));
+        QTest::mouseClick(c->findChild<QCheckBox*>(), Qt::LeftButton);
+        clickCategory(QStringLiteral("Selected"));
+        QCOMPARE(band->GetExpiredText(), count);
     }
 
     void simFolderChangeUpdatesCategoryCards_data()
@@ -385,8 +458,11 @@ private slots:
         } else if (where == QLatin1String("button") || where == QLatin1String("hover")) {
             widget = change;
             spot = QPoint(3, change->height() / 2);
-            if (where == QLatin1String("hover"))
+            // The cursor may already stand there from an earlier step; Qt moves it only when it moves.
+            if (where == QLatin1String("hover")) {
+                QTest::mouseMove(m_window.data(), QPoint(1, 1));
                 QTest::mouseMove(change, QPoint(change->width() / 2, change->height() / 2));
+            }
             QTRY_COMPARE(change->underMouse(), where == QLatin1String("hover"));
         } else if (where == QLatin1String("edit")) {
             widget = c->findChild<QLineEdit*>();
@@ -454,7 +530,7 @@ private slots:
         product->SetInstallState(static_cast<EQMKProductInstallState>(state));
         QCOMPARE(c->GetShownStateIcon(), icon);
         QCOMPARE(other->GetShownStateIcon(), otherIcon);
-        QVERIFY(c->GetCycleText().startsWith(QStringLiteral("- installed (")));
+        QVERIFY(c->GetCycleText().startsWith(QStringLiteral("Installed: ")));
         QVERIFY2(c->GetStateToolTip().contains(tip), qPrintable(c->GetStateToolTip()));
     }
 };

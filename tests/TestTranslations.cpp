@@ -42,6 +42,7 @@ class TestTranslations : public QObject
                 current.source = xml.readElementText();
             else if (xml.name() == QLatin1String("translation")) {
                 current.finished = xml.attributes().value(QLatin1String("type")).isEmpty();
+                // Plural texts hold one numerusform element per form.
                 current.translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
                 messages << current;
             }

@@ -30,7 +30,7 @@ quiet "$tool" - "$gallery" 800x600
 
 # One row per picture, in this order: the name without _en/_de, then its caption.
 pictures=(
-    "mainwindow|Main window on a sample catalogue, one card's commands open"
+    "mainwindow|Main window on a sample catalogue, one card's commands open, one card's cycle expired"
     "mainwindow_800x600|Main window at 800x600"
     "mainwindow_updated|Main window after an update: the cards show the new cycle and a backup"
     "settings|Settings"
@@ -56,6 +56,7 @@ pictures=(
     "reset_ready|Reset: done, result open"
     "removebackup_idle|Backup removal: before it starts, listing what is deleted"
     "removebackup_ready|Backup removal: done, result open"
+    "mainwindow_simfound|First start: X-Plane 11 found and offered in its band, X-Plane 10 still without a folder"
 )
 file_name() { # NAME LANGUAGE: mainwindow_800x600 de -> mainwindow_de_800x600.png
     case "$1" in

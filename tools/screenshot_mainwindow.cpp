@@ -10,7 +10,10 @@
 // are refused (update_credentials) and one that cannot reach the server (update_failed); the settings dialog while its backup panel writes the
 // cycle archive and after writing and loading it (settings_backup_running, settings_backup_created,
 // settings_backup_loaded); then the reset and backup-removal dialogs idle and ready: reset_idle,
-// reset_ready, removebackup_idle and removebackup_ready.
+// reset_ready, removebackup_idle and removebackup_ready. Last, the first start of a program folder
+// without settings whose X-Plane 11 was found through the fake home folder's install file, with
+// the offer open in the category's band (mainwindow_simfound).
+// The clock stands at 13 February 2018: cycle 1802 is in force, 1801 expired 12 days ago.
 // The dialogs are opened the way a user opens them (their action buttons), through the dialog
 // route, and taken while they are open.
 // Usage: screenshot_mainwindow [PROGRAM_FOLDER] [OUTPUT_FOLDER] [WIDTHxHEIGHT...]
@@ -30,7 +33,9 @@
 #include "ui/DlgVLSettings.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlBigComboBox.h"
+#include "ui/VlCatLabel.h"
 #include "ui/VlCheckBox.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlFoldPane.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
@@ -346,6 +351,39 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
     Application::st_strAppPath = previousAppPath;
     return ok;
 }
+// The first start of a program folder without settings: X-Plane 11 was found through the install
+// file in a fake home folder, X-Plane 10 was not; the band of X-Plane 11 offers the folder.
+bool takeSimulatorFound(const QString& output, const QString& suffix)
+{
+    QTemporaryDir root(QDir::tempPath() + QStringLiteral("/quillmark-XXXXXX"));
+    const QString home = root.path() + QStringLiteral("/home");
+    const QString sim = root.path() + QStringLiteral("/Simulators/X-Plane 11");
+    SampleCatalogue::MakeSimFolder(sim);
+    DatasetFiles::writeFile(home + QStringLiteral("/.x-plane/x-plane_install_11.txt"),
+                            (sim + QStringLiteral("/\n")).toUtf8());
+    SampleCatalogue::Small().WriteTo(root.path() + QStringLiteral("/app"));
+    QFile::remove(root.path() + QStringLiteral("/app/bin/prop_ini.xml"));
+
+    const QByteArray previousHome = qgetenv("HOME");
+    const QString previousAppPath = Application::st_strAppPath;
+    qputenv("HOME", home.toUtf8());
+    Application::st_strAppPath = root.path() + QStringLiteral("/app");
+    bool ok = true;
+    {
+        QuillmarkMainWindow window;
+        window.setMinimumSize(0, 0);
+        window.resize(kWindowSize);
+        window.show();
+        VlCatLabel* category = window.GetCategoryButton(QStringLiteral("X-Plane 11"));
+        ok = category != nullptr;
+        if (category)
+            category->SetSelect(true);
+        ok = saveWindow(window, kWindowSize, output + QStringLiteral("/mainwindow_simfound") + suffix) && ok;
+    }
+    Application::st_strAppPath = previousAppPath;
+    qputenv("HOME", previousHome);
+    return ok;
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -371,10 +409,11 @@ int main(int argc, char** argv)
         const QString sim = sample.path() + QStringLiteral("/X-Plane 11");
         SampleCatalogue::MakeSimFolder(sim);
         QDir().mkpath(sim + QStringLiteral("/Custom Data/GNS430"));
-        QFile cycle(sim + QStringLiteral("/Custom Data/cycle_info.txt"));
-        if (cycle.open(QIODevice::WriteOnly))
-            cycle.write("AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
-        cycle.close();
+        // One card on the cycle in force, one on the cycle before.
+        DatasetFiles::writeFile(sim + QStringLiteral("/Custom Data/cycle_info.txt"),
+                                "AIRAC cycle    : 1802\r\nRevision       : 1\r\n");
+        DatasetFiles::writeFile(sim + QStringLiteral("/Custom Data/GNS430/cycle_info.txt"),
+                                "AIRAC cycle    : 1801\r\nRevision       : 1\r\n");
         catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), sim);
         catalogue.WriteTo(sample.path());
         Application::st_strAppPath = sample.path();
@@ -386,6 +425,7 @@ int main(int argc, char** argv)
         return 2;
     }
     Application::st_strVersion = QStringLiteral("1.2.3");
+    VlCycleDates::SetToday(QDate(2018, 2, 13));
     Application::loadTranslations(QStringLiteral(":/lang"));
     Application::setLanguage(QStringLiteral("en_US"));
 
@@ -452,6 +492,8 @@ int main(int argc, char** argv)
             break;
         Application::setLanguage(QString::fromLatin1(language.key));
         ok = takeUpdateDialog(output, QLatin1Char('_') + QLatin1String(language.suffix) + QStringLiteral(".png")) && ok;
+        ok = takeSimulatorFound(output, QLatin1Char('_') + QLatin1String(language.suffix) + QStringLiteral(".png")) &&
+             ok;
     }
     Application::setLanguage(QStringLiteral("en_US"));
     Application::mainWnd = nullptr;

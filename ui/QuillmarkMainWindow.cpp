@@ -5,6 +5,7 @@
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
 #include "model/CCategory.h"
+#include "model/CSimulatorSearch.h"
 #include "ui/CDialogFactory.h"
 #include "ui/CvlFilterCmb.h"
 #include "ui/CvlHelpButton.h"
@@ -26,6 +27,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QIcon>
@@ -80,6 +82,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     // The data model may ask for a dialog from its first step on.
     CDialogFactory::Install();
     VlAccessible::Install();
+    m_bFirstStart = !QFileInfo::exists(CDataModel::SettingsFilePath());
     m_dataModel.Init(Application::st_strVersion);
     m_normalGeometry = QRect();
     m_dragPosition = QPoint(0, 0);
@@ -97,6 +100,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
 
     InitSlotSignal();
     InitShortcuts();
+    OfferFoundSimulators();
     PlaceFilter();
 }
 
@@ -348,6 +352,7 @@ QLabel* QuillmarkMainWindow::CreateMiddleLabel()
     QGridLayout* props = grid0(QMargins());
     m_pCatProps = new VlCatPropsLabel(middle, m_dataModel.GetCategoryByName(QStringLiteral("All")));
     m_pCatProps->Init();
+    m_pCatProps->SetDataModel(&m_dataModel);
     props->addWidget(m_pCatProps, 0, 0);
     outer->addLayout(props, 1, 0);
 
@@ -474,8 +479,9 @@ void QuillmarkMainWindow::InitSlotSignal()
     connect(engine, &CDSVersion::SignalDownloadDataSetReady, this, [this] {
         m_eLastRun = ERunKind::Download;
         m_strRunCycle = CDSVersion::cutDig(m_dataModel.GetDSVersion()->GetNewVersion());
-        m_pStatus->setText(StatusText());
+        UpdateStatus();
     });
+    connect(m_pCatProps, &VlCatPropsLabel::UpdatePath, this, &QuillmarkMainWindow::UpdateStatus);
 }
 
 void QuillmarkMainWindow::InitShortcuts()
@@ -538,8 +544,7 @@ void QuillmarkMainWindow::RunEndedSlot(ERunKind kind)
         }
     }
     m_strRunCycle = CDSVersion::cutDig(engine->GetTargetVersion());
-    m_pStatus->setText(StatusText());
-    m_pStatus->setToolTip(m_pStatus->text());
+    UpdateStatus();
 }
 
 void QuillmarkMainWindow::DownloadFailedSlot()
@@ -548,8 +553,7 @@ void QuillmarkMainWindow::DownloadFailedSlot()
     m_iRunOk = 0;
     m_iRunFailed = 1;
     m_strRunProblem = m_dataModel.GetDSVersion()->GetLastFailure().UserText();
-    m_pStatus->setText(StatusText());
-    m_pStatus->setToolTip(m_pStatus->text());
+    UpdateStatus();
 }
 
 QString QuillmarkMainWindow::StatusText() const
@@ -557,7 +561,7 @@ QString QuillmarkMainWindow::StatusText() const
     QString failed;
     switch (m_eLastRun) {
     case ERunKind::None:
-        return tr("Ready");
+        return FirstStartText();
     case ERunKind::Download:
         return tr("Cycle %1 downloaded, not installed yet").arg(m_strRunCycle);
     case ERunKind::Update:
@@ -585,6 +589,50 @@ QString QuillmarkMainWindow::StatusText() const
     if (m_iRunOk > 0)
         failed = tr("%1 for %2 of %3 products").arg(failed).arg(m_iRunFailed).arg(m_iRunOk + m_iRunFailed);
     return m_strRunProblem.isEmpty() ? failed : failed + QStringLiteral(": ") + m_strRunProblem;
+}
+
+void QuillmarkMainWindow::OfferFoundSimulators()
+{
+    const CSimulatorSearch search = CSimulatorSearch::ForThisUser();
+    QMap<QString, QString> offers;
+    m_searchedCategories.clear();
+    for (int i = 0; i < m_dataModel.GetCategoryListSize(); ++i) {
+        CCategory* category = m_dataModel.GetCategoryByIndex(i);
+        if (!category || search.Candidates(category->GetName()).isEmpty())
+            continue;
+        m_searchedCategories << category->GetName();
+        // A working folder is the user's choice and stays; nothing changes until an offer is taken.
+        if (category->CheckPath())
+            continue;
+        const QString found = search.Find(category->GetName());
+        if (!found.isEmpty())
+            offers.insert(category->GetName(), found);
+    }
+    m_pCatProps->SetOffers(offers);
+    UpdateStatus();
+}
+
+void QuillmarkMainWindow::UpdateStatus()
+{
+    m_pStatus->setText(StatusText());
+    m_pStatus->setToolTip(m_pStatus->text());
+}
+
+QString QuillmarkMainWindow::FirstStartText() const
+{
+    QStringList parts;
+    for (const QString& name : qAsConst(m_searchedCategories)) {
+        const CCategory* category = m_dataModel.GetCategoryByName(name);
+        if (!m_bFirstStart || !category || category->CheckPath())
+            continue;
+        const QString offer = m_pCatProps->GetOffer(name);
+        const QString shown = VlCatLabel::TranslatedName(name);
+        if (offer.isEmpty())
+            parts << tr("%1 still needs a folder.").arg(shown);
+        else
+            parts << tr("%1 found in %2; confirm it under %1.").arg(shown, offer);
+    }
+    return parts.isEmpty() ? tr("Ready") : parts.join(QLatin1Char(' '));
 }
 
 void QuillmarkMainWindow::CloseWindowSlot()
@@ -704,9 +752,8 @@ void QuillmarkMainWindow::retranslate()
     }
     if (m_pFilterCaption)
         m_pFilterCaption->setText(tr("Dataset-Filter"));
-    if (m_pStatus)
-        m_pStatus->setText(StatusText());
-    m_pStatus->setToolTip(m_pStatus->text());
+    if (m_pStatus && m_pCatProps)
+        UpdateStatus();
 }
 
 void QuillmarkMainWindow::changeEvent(QEvent* event)

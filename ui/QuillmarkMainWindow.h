@@ -100,6 +100,11 @@ private:
     void InitSlotSignal();
     void InitShortcuts();
 
+    // Offers the simulator folders found for categories without a working one.
+    void OfferFoundSimulators();
+    // The status line: on the first start what was found and what still needs a folder.
+    void UpdateStatus();
+
     void PaintMainWidget();
     void PaintRightHeaderLabel();
     void PaintCategoryLineLabel();
@@ -117,6 +122,8 @@ private:
     void RunEndedSlot(ERunKind kind);
     void DownloadFailedSlot();
     QString StatusText() const;
+    // Until a run has ended: what the first start found, and what still needs a folder.
+    QString FirstStartText() const;
 
     void ClickedCategory(VlCatLabel* clicked);
     int HeaderRowWidth() const;
@@ -164,4 +171,8 @@ private:
     QGridLayout* m_pLogoGrid = nullptr;
     QGridLayout* m_pProductGrid = nullptr;
     QScrollArea* m_pCatScroll = nullptr;
+    // No settings file was there when the window was built.
+    bool m_bFirstStart = false;
+    // The categories a simulator search knows, in catalogue order.
+    QStringList m_searchedCategories;
 };

@@ -21,4 +21,6 @@ public:
     static QColor PopupHighlight() { return QColor(50, 90, 145); }
     static QColor PopupDisabledText() { return QColor(100, 100, 112); }
     static QColor ProgressChunk() { return QColor(70, 130, 190); }
+    // Something the user should act on soon, such as an expired cycle; dark enough for small text.
+    static QColor Warning() { return QColor(176, 80, 0); }
 };

@@ -7,13 +7,16 @@
 #include "ui/VlBackground.h"
 #include "ui/VlCatLabel.h"
 #include "ui/VlColors.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlDatasetTitleLabel.h"
 #include "ui/VlDefaultEdit.h"
 #include "ui/VlDefaultLabel.h"
 #include "ui/VlDirChooser.h"
+#include "ui/VlFonts.h"
 #include "ui/VlImages.h"
 #include "ui/VlProductTitleLabel.h"
 
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QDir>
 #include <QEvent>
@@ -172,6 +175,22 @@ void VlProdLabel::InitWidgets()
     upper->addWidget(m_pCycleCaption, 2, 0, st_leftCentre);
     m_pCycle = new VlDatasetTitleLabel(m_pUpperFrame);
     upper->addWidget(m_pCycle, 2, 1, 1, 2, st_leftCentre);
+
+    // Under the cycle: when it is in force, and how long ago it expired.
+    m_pCycleDates = new VlDefaultLabel(m_pUpperFrame);
+    m_pCycleExpired = new VlDefaultLabel(m_pUpperFrame);
+    m_pCycleExpired->setFont(VlFonts::Relative(0, QFont::DemiBold));
+    VlColors::SetTextColor(m_pCycleExpired, VlColors::Warning());
+    m_pCycleDates->hide();
+    m_pCycleExpired->hide();
+    m_pCycleDatesBox = new QBoxLayout(QBoxLayout::LeftToRight);
+    m_pCycleDatesBox->setContentsMargins(0, 0, 0, 2);
+    m_pCycleDatesBox->setSpacing(0);
+    m_pCycleExpired->setContentsMargins(14, 0, 0, 0); // the gap to the dates beside it
+    m_pCycleDatesBox->addWidget(m_pCycleDates, 0, st_leftCentre);
+    m_pCycleDatesBox->addWidget(m_pCycleExpired, 0, st_leftCentre);
+    m_pCycleDatesBox->addStretch(1);
+    upper->addLayout(m_pCycleDatesBox, 3, 1, 1, 2);
 
     // The fold-out commands, under the update tick.
     m_pCommands = new QFrame(m_pUpperFrame);
@@ -461,9 +480,20 @@ void VlProdLabel::UpdateVersionLabel()
         backup = tr("unknown");
     else
         backup = tr("V. %1 R. %2").arg(backCycle, m_pProduct->GetBackRevision());
+    ShowCycleDates(cycle);
     // One text for the whole line, so that a language can order it as it reads best.
     m_strCycle = tr("- installed ( %1 ), backup ( %2 ) -").arg(installed, backup);
     FitTexts();
+}
+
+void VlProdLabel::ShowCycleDates(const QString& cycle)
+{
+    m_strCycleDates = VlCycleDates::Validity(cycle);
+    const QString expiry = VlCycleDates::Expiry(cycle, VlCycleDates::Today());
+    if (m_pCycleExpired->text() != expiry)
+        m_pCycleExpired->setText(expiry);
+    m_pCycleDates->setVisible(!m_strCycleDates.isEmpty());
+    m_pCycleExpired->setVisible(!expiry.isEmpty());
 }
 
 void VlProdLabel::FitTexts()
@@ -493,6 +523,19 @@ void VlProdLabel::FitTexts()
     const QString cycle = wrapToWidth(m_strCycle, m_pCycle->fontMetrics(), qMax(room, 1), QStringLiteral(", "));
     if (m_pCycle->text() != cycle)
         m_pCycle->setText(cycle);
+    // The expiry goes under the dates when both do not fit on one line.
+    const QString dates =
+        wrapToWidth(m_strCycleDates, m_pCycleDates->fontMetrics(), qMax(room, 1), QStringLiteral("– "));
+    if (m_pCycleDates->text() != dates)
+        m_pCycleDates->setText(dates);
+    const int gap = 14;
+    const int datesWidth = m_pCycleDates->fontMetrics().horizontalAdvance(m_strCycleDates) + gap +
+                           m_pCycleExpired->fontMetrics().horizontalAdvance(m_pCycleExpired->text());
+    const auto direction = datesWidth > room ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+    if (m_pCycleDatesBox->direction() != direction) {
+        m_pCycleDatesBox->setDirection(direction);
+        m_pCycleExpired->setContentsMargins(direction == QBoxLayout::LeftToRight ? gap : 0, 0, 0, 0);
+    }
     // The list reads the card's height from its size hint right away, before any layout pass.
     m_pUpperFrame->updateGeometry();
     m_pOuterFrame->updateGeometry();
@@ -507,6 +550,16 @@ QString VlProdLabel::GetPathText() const
 QString VlProdLabel::GetCycleText() const
 {
     return m_strCycle;
+}
+
+QString VlProdLabel::GetCycleDatesText() const
+{
+    return m_strCycleDates;
+}
+
+QString VlProdLabel::GetCycleExpiredText() const
+{
+    return m_pCycleExpired ? m_pCycleExpired->text() : QString();
 }
 
 void VlProdLabel::retranslate()

@@ -10,6 +10,7 @@ class CDataModel;
 class CProduct;
 class QCheckBox;
 class QFrame;
+class QBoxLayout;
 class QGridLayout;
 class QLabel;
 class QPushButton;
@@ -48,6 +49,9 @@ public:
     // What the card shows, for the window's status and for checks.
     QString GetPathText() const;
     QString GetCycleText() const;
+    // The installed cycle's dates, and how long ago it expired (empty while it is in force).
+    QString GetCycleDatesText() const;
+    QString GetCycleExpiredText() const;
     int GetShownStateIcon() const; // install state whose icon is visible, 0 for none
     QString GetStateToolTip() const;
     // The card's own command buttons, shown with the commands toggle.
@@ -79,6 +83,7 @@ private:
     void ShowPathText(const QString& text);
     void FitTexts();
     QString StateToolTip(int state) const;
+    void ShowCycleDates(const QString& cycle);
 
     CDataModel* m_pDataModel = nullptr;
     CProduct* m_pProduct = nullptr;
@@ -96,6 +101,10 @@ private:
     VlDatasetTitleLabel* m_pDataset = nullptr;
     VlDefaultLabel* m_pCycleCaption = nullptr;
     VlDatasetTitleLabel* m_pCycle = nullptr;
+    VlDefaultLabel* m_pCycleDates = nullptr;
+    VlDefaultLabel* m_pCycleExpired = nullptr;
+    QBoxLayout* m_pCycleDatesBox = nullptr; // side by side, or one below the other when narrow
+    QString m_strCycleDates;                // on one line; the label may show it wrapped
     VlDefaultLabel* m_pPathCaption = nullptr;
     VlDefaultEdit* m_pPathEdit = nullptr;
     VlAppPushButton* m_pChangeButton = nullptr;

@@ -8,6 +8,8 @@
 #include "model/CProduct.h"
 #include "ui/VlBigComboBox.h"
 #include "ui/VlCheckBox.h"
+#include "ui/VlColors.h"
+#include "ui/VlCycleDates.h"
 #include "ui/VlFoldPane.h"
 #include "ui/VlLineCtrl.h"
 #include "ui/VlMessageLabel.h"
@@ -137,6 +139,9 @@ void dlgUpdateDatasetVersion::AddVersionRow()
     row->addWidget(m_pVersion, 0, 0);
     row->addWidget(m_pDetailsPane->GetShowButton(), 0, 1);
     row->addWidget(m_pDetailsPane->GetHideButton(), 0, 1);
+    m_pCycleDates = new QLabel(this);
+    m_pCycleDates->setContentsMargins(6, 2, 0, 0);
+    row->addWidget(m_pCycleDates, 1, 0, 1, 2);
     GetContentLayout()->addLayout(row, NextRow(), 0);
 
     auto* pane = new QGridLayout;
@@ -236,6 +241,27 @@ void dlgUpdateDatasetVersion::UpdateVersionCmb()
         m_pInstall->hide();
     }
     SetStepButton(StepButton(), false);
+    ShowCycleDates();
+}
+
+void dlgUpdateDatasetVersion::ShowCycleDates()
+{
+    if (!m_pDSVersion || !m_pCycleDates)
+        return;
+    const QString cycle =
+        CDSVersion::cutDig(IsLocalKind() ? m_pDSVersion->GetLocalVersionText() : m_pDSVersion->GetNewVersion());
+    QString text = VlCycleDates::Validity(cycle);
+    const QString expiry = VlCycleDates::Expiry(cycle, VlCycleDates::Today());
+    if (!expiry.isEmpty())
+        text += QStringLiteral(", ") + expiry;
+    m_pCycleDates->setText(text);
+    m_pCycleDates->setVisible(!text.isEmpty());
+    VlColors::SetTextColor(m_pCycleDates, expiry.isEmpty() ? VlColors::DialogText() : VlColors::Warning());
+}
+
+QString dlgUpdateDatasetVersion::GetCycleDatesText() const
+{
+    return m_pCycleDates ? m_pCycleDates->text() : QString();
 }
 
 VlPushButton* dlgUpdateDatasetVersion::StepButton() const
@@ -631,5 +657,6 @@ void dlgUpdateDatasetVersion::retranslate()
     m_pDetailsPane->SetCaptions(tr("Details"), tr("Details"));
     m_pOverwriteAccept->setText(tr("OverwriteAccept"));
     m_pCreateBackup->setText(tr("create cycle backup data"));
+    ShowCycleDates();
     UpdateCtrls();
 }

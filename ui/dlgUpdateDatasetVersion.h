@@ -4,6 +4,7 @@
 
 #include <QString>
 
+class QLabel;
 class VlBigComboBox;
 class VlCheckBox;
 class VlFoldPane;
@@ -53,6 +54,8 @@ public:
     VlCheckBox* GetOverwriteAccept() const { return m_pOverwriteAccept; }
     VlCheckBox* GetCreateBackup() const { return m_pCreateBackup; }
     VlFoldPane* GetDetailsPane() const { return m_pDetailsPane; }
+    // The dates of the cycle chosen in the version combo.
+    QString GetCycleDatesText() const;
 
     void retranslate() override;
     // Closing while a downloaded cycle waits to be installed asks once whether to leave it for later.
@@ -107,6 +110,7 @@ private:
     void AddVersionRow();
     QString ServerItemText() const;
     QString LocalItemText() const;
+    void ShowCycleDates();
 
     enum class EStep
     {
@@ -128,4 +132,5 @@ private:
     VlFoldPane* m_pDetailsPane = nullptr;
     VlCheckBox* m_pOverwriteAccept = nullptr;
     VlCheckBox* m_pCreateBackup = nullptr;
+    QLabel* m_pCycleDates = nullptr;
 };

@@ -488,10 +488,7 @@
     </message>
     <message numerus="yes">
         <source>Updated %n product(s) to cycle %1</source>
-        <translation>
-            <numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform>
-            <numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform>
-        </translation>
+        <translation><numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform><numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform></translation>
     </message>
     <message>
         <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
@@ -503,10 +500,7 @@
     </message>
     <message numerus="yes">
         <source>Reset %n product(s) to their backed-up cycle</source>
-        <translation>
-            <numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform>
-            <numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform>
-        </translation>
+        <translation><numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform><numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform></translation>
     </message>
     <message>
         <source>Reset failed</source>
@@ -514,10 +508,7 @@
     </message>
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
-        <translation>
-            <numerusform>Backup von %n Produkt gelöscht</numerusform>
-            <numerusform>Backups von %n Produkten gelöscht</numerusform>
-        </translation>
+        <translation><numerusform>Backup von %n Produkt gelöscht</numerusform><numerusform>Backups von %n Produkten gelöscht</numerusform></translation>
     </message>
     <message>
         <source>Backup removal failed</source>
@@ -562,6 +553,14 @@
     <message>
         <source>Closes Quillmark.</source>
         <translation>Beendet Quillmark.</translation>
+    </message>
+    <message>
+        <source>%1 still needs a folder.</source>
+        <translation>%1 braucht noch einen Ordner.</translation>
+    </message>
+    <message>
+        <source>%1 found in %2; confirm it under %1.</source>
+        <translation>%1 gefunden in %2; unter %1 bestätigen.</translation>
     </message>
 </context>
 <context>
@@ -636,6 +635,43 @@
     <message>
         <source>Chooses the folder of %1.</source>
         <translation>Wählt den Ordner von %1.</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>%1 verwenden</translation>
+    </message>
+    <message>
+        <source>No product runs an expired cycle.</source>
+        <translation>Kein Produkt läuft mit einem abgelaufenen Zyklus.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n product(s) run an expired cycle.</source>
+        <translation><numerusform>%n Produkt läuft mit einem abgelaufenen Zyklus.</numerusform><numerusform>%n Produkte laufen mit einem abgelaufenen Zyklus.</numerusform></translation>
+    </message>
+</context>
+<context>
+    <name>VlCycleDates</name>
+    <message>
+        <source>d MMM yyyy</source>
+        <comment>date format: day, short month name, year</comment>
+        <translation>d. MMM yyyy</translation>
+    </message>
+    <message>
+        <source>d MMM</source>
+        <comment>date format: day and short month name</comment>
+        <translation>d. MMM</translation>
+    </message>
+    <message>
+        <source>valid %1 – %2</source>
+        <translation>gültig %1 – %2</translation>
+    </message>
+    <message>
+        <source>expired today</source>
+        <translation>heute abgelaufen</translation>
+    </message>
+    <message numerus="yes">
+        <source>expired %n day(s) ago</source>
+        <translation><numerusform>vor %n Tag abgelaufen</numerusform><numerusform>vor %n Tagen abgelaufen</numerusform></translation>
     </message>
 </context>
 <context>

@@ -488,10 +488,7 @@
     </message>
     <message numerus="yes">
         <source>Updated %n product(s) to cycle %1</source>
-        <translation>
-            <numerusform>Updated %n product to cycle %1</numerusform>
-            <numerusform>Updated %n products to cycle %1</numerusform>
-        </translation>
+        <translation><numerusform>Updated %n product to cycle %1</numerusform><numerusform>Updated %n products to cycle %1</numerusform></translation>
     </message>
     <message>
         <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
@@ -503,10 +500,7 @@
     </message>
     <message numerus="yes">
         <source>Reset %n product(s) to their backed-up cycle</source>
-        <translation>
-            <numerusform>Reset %n product to its backed-up cycle</numerusform>
-            <numerusform>Reset %n products to their backed-up cycle</numerusform>
-        </translation>
+        <translation><numerusform>Reset %n product to its backed-up cycle</numerusform><numerusform>Reset %n products to their backed-up cycle</numerusform></translation>
     </message>
     <message>
         <source>Reset failed</source>
@@ -514,10 +508,7 @@
     </message>
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
-        <translation>
-            <numerusform>Deleted the backup of %n product</numerusform>
-            <numerusform>Deleted the backups of %n products</numerusform>
-        </translation>
+        <translation><numerusform>Deleted the backup of %n product</numerusform><numerusform>Deleted the backups of %n products</numerusform></translation>
     </message>
     <message>
         <source>Backup removal failed</source>
@@ -562,6 +553,14 @@
     <message>
         <source>Closes Quillmark.</source>
         <translation>Closes Quillmark.</translation>
+    </message>
+    <message>
+        <source>%1 still needs a folder.</source>
+        <translation>%1 still needs a folder.</translation>
+    </message>
+    <message>
+        <source>%1 found in %2; confirm it under %1.</source>
+        <translation>%1 found in %2; confirm it under %1.</translation>
     </message>
 </context>
 <context>
@@ -636,6 +635,43 @@
     <message>
         <source>Chooses the folder of %1.</source>
         <translation>Chooses the folder of %1.</translation>
+    </message>
+    <message>
+        <source>Use %1</source>
+        <translation>Use %1</translation>
+    </message>
+    <message>
+        <source>No product runs an expired cycle.</source>
+        <translation>No product runs an expired cycle.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n product(s) run an expired cycle.</source>
+        <translation><numerusform>%n product runs an expired cycle.</numerusform><numerusform>%n products run an expired cycle.</numerusform></translation>
+    </message>
+</context>
+<context>
+    <name>VlCycleDates</name>
+    <message>
+        <source>d MMM yyyy</source>
+        <comment>date format: day, short month name, year</comment>
+        <translation>d MMM yyyy</translation>
+    </message>
+    <message>
+        <source>d MMM</source>
+        <comment>date format: day and short month name</comment>
+        <translation>d MMM</translation>
+    </message>
+    <message>
+        <source>valid %1 – %2</source>
+        <translation>valid %1 – %2</translation>
+    </message>
+    <message>
+        <source>expired today</source>
+        <translation>expired today</translation>
+    </message>
+    <message numerus="yes">
+        <source>expired %n day(s) ago</source>
+        <translation><numerusform>expired %n day ago</numerusform><numerusform>expired %n days ago</numerusform></translation>
     </message>
 </context>
 <context>
