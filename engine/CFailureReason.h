@@ -24,11 +24,20 @@ public:
         ServerError,        // HTTP 5xx
         HttpError,          // another HTTP error status
         NotWritable,        // the file could not be written here (disk full, folder not writable)
+        SignatureMissing,   // the server has the file but no signature beside it
+        SignatureMismatch,  // the file or its signature was altered or damaged on its way
+        SignatureUnknownKey, // signed, but with a key the catalogue does not name
+        SignedForOther,     // a good signature, made for another file, cycle or dataset
+        OlderList,          // a version list signed before the newest one already accepted
     };
 
     CFailureReason() = default;
     CFailureReason(EKind kind, const QString& address, int httpStatus = 0, int networkError = 0,
                    const QString& detail = QString());
+
+    // A file refused for its signature; `note` says what the signature held (see UserText).
+    static CFailureReason Signature(EKind kind, const QString& address, const QString& file,
+                                    const QString& note = QString(), const QString& note2 = QString());
 
     // From a finished reply for `url`; `writeError` names a failed write of the received bytes.
     static CFailureReason FromReply(const QNetworkReply* reply, const QUrl& url, bool truncated,
@@ -36,6 +45,8 @@ public:
 
     EKind Kind() const { return m_kind; }
     bool IsSet() const { return m_kind != EKind::None; }
+    // The file came but its signature refused it.
+    bool IsSignatureFailure() const;
     // The server was never heard from: the one rule behind "Failed to connect to Velmora-Server.".
     bool CouldNotConnect() const;
     int HttpStatus() const { return m_httpStatus; }
@@ -53,4 +64,6 @@ private:
     int m_httpStatus = 0;
     int m_networkError = 0;
     QString m_detail;
+    QString m_note;
+    QString m_note2;
 };

@@ -143,9 +143,10 @@ void TestSettings::roundTrip_data()
         << QStringList();
 
     QTest::newRow("version and server last one run")
-        << settings("<Version>7.7</Version><Server>10.0.0.5:8080</Server><Server>http://x/y</Server>"
-                    "<Server>host:99999</Server><Server>a b</Server>")
-        << QStringList{defaults, "lang= ver=7.7 server=10.0.0.5:8080"} + kDefaultProducts + kDefaultCategories
+        << settings("<Version>7.7</Version><Server>10.0.0.5:8080  https://m2.example x/y</Server>"
+                    "<Server>http://x/y</Server><Server>host:99999</Server>")
+        << QStringList{defaults, "lang= ver=7.7 server=10.0.0.5:8080 https://m2.example"} + kDefaultProducts +
+               kDefaultCategories
         << QStringList{defaults, plain} + kDefaultProducts + kDefaultCategories;
 
     QTest::newRow("product fields and category paths")

@@ -19,9 +19,9 @@ if [ $# -eq 2 ]; then
     version=$2
 else
     # One step above the version the program reports: the catalogue's <Version> (1.2.3 gives 124).
-    current=$(sed -n 's:.*<Version>\([0-9.]*\)</Version>.*:\1:p' "$here/../../resources/bin/base_ini.xml" | head -n 1)
+    current=$(sed -n 's:.*<Version>\([0-9.]*\)</Version>.*:\1:p' "$here/../../resources/bin/base_ini.xml.in" | head -n 1)
     if [ -z "$current" ]; then
-        echo "$0: no <Version> in resources/bin/base_ini.xml; give the version digits as the second argument" >&2
+        echo "$0: no <Version> in resources/bin/base_ini.xml.in; give the version digits as the second argument" >&2
         exit 1
     fi
     version=$(( $(echo "$current" | tr -d .) + 1 ))
