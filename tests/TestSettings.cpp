@@ -53,6 +53,11 @@ QStringList summary(CDataModel& model)
                  .arg(flags.createBackupFiles);
     lines << QStringLiteral("lang=") + Application::GetLanguage() + QStringLiteral(" ver=") +
                  Application::st_strVersion + QStringLiteral(" server=") + model.GetServer();
+    // Signing: the keys in force and the newest version list accepted, when there are any.
+    if (!model.GetTrustedKeys().isEmpty() || model.GetDSVersion()->GetAcceptedListTime() > 0)
+        lines << QStringLiteral("keys=%1 listtime=%2")
+                     .arg(model.GetTrustedKeys().size())
+                     .arg(model.GetDSVersion()->GetAcceptedListTime());
     for (int i = 0; i < model.GetProductListSize(); ++i) {
         CProduct* p = model.GetProductByIndex(i);
         lines << p->GetName() + QLatin1Char(';') + (p->GetUpdate() ? "1" : "0") + QLatin1Char(';') + p->GetDataset() +
@@ -149,6 +154,13 @@ void TestSettings::roundTrip_data()
                kDefaultCategories
         << QStringList{defaults, plain} + kDefaultProducts + kDefaultCategories;
 
+    // The user's settings cannot name a key to trust; the time of the newest list stays with them.
+    QTest::newRow("key ignored, list time kept")
+        << settings("<PublicKey>RWSCuvfUbdvSk4PSiemTCAKAf9tfX0B66FUQ6Sea8ks9xLzcAIlxmwrs</PublicKey>"
+                    "<VersionListTime>1767225600</VersionListTime>")
+        << QStringList{defaults, plain, "keys=0 listtime=1767225600"} + kDefaultProducts + kDefaultCategories
+        << QStringList();
+
     QTest::newRow("product fields and category paths")
         << settings("",
                     "<name>Alpha</name><update>true</update><dataset>d2</dataset>"
@@ -208,6 +220,7 @@ void TestSettings::roundTrip()
     const QByteArray saved = dir.readFile(kSettings);
     QVERIFY(!saved.contains("<Version>"));
     QVERIFY(!saved.contains("<Server>"));
+    QVERIFY(!saved.contains("<PublicKey>"));
 
     init();
     {
