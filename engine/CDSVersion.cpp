@@ -207,10 +207,7 @@ void CDSVersion::SetServer(const QString& server)
 
 QString CDSVersion::GetServerBaseUrl() const
 {
-    QString first = m_downloader.GetMirrors().value(0);
-    if (!first.contains(QStringLiteral("://")))
-        first.prepend(QStringLiteral("http://"));
-    return first + QStringLiteral("/quillmark/");
+    return CVerifiedDownload::BaseUrl(m_downloader.GetMirrors().value(0)) + QStringLiteral("/quillmark/");
 }
 
 void CDSVersion::SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify)

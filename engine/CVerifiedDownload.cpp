@@ -79,6 +79,11 @@ bool CVerifiedDownload::IsMirrorAddress(const QString& text)
     return port >= 1 && port <= 65535;
 }
 
+QString CVerifiedDownload::BaseUrl(const QString& mirror)
+{
+    return mirror.contains(QStringLiteral("://")) ? mirror : QStringLiteral("http://") + mirror;
+}
+
 void CVerifiedDownload::SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify)
 {
     m_keys = keys;
@@ -128,11 +133,8 @@ QString CVerifiedDownload::address() const
 
 bool CVerifiedDownload::request(const QString& path)
 {
-    QString base = m_mirrors.at(m_mirror);
-    if (!base.contains(QStringLiteral("://")))
-        base.prepend(QStringLiteral("http://"));
     m_downloader.credentials = m_credentials;
-    m_downloader.DownloadFile(QUrl(base + path), true, m_folder);
+    m_downloader.DownloadFile(QUrl(BaseUrl(m_mirrors.at(m_mirror)) + path), true, m_folder);
     // Nothing is sent when the target cannot be opened, and then no answer comes.
     return m_downloader.IsBusy();
 }

@@ -37,6 +37,8 @@ public:
     void SetMirrors(const QString& list);
     QStringList GetMirrors() const { return m_mirrors; }
     static bool IsMirrorAddress(const QString& text);
+    // "http://" + mirror, or the mirror as it is when it names its scheme.
+    static QString BaseUrl(const QString& mirror);
     void SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify);
     bool IsVerifying() const { return m_bVerify; }
 
