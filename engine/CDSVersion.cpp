@@ -550,8 +550,7 @@ void CDSVersion::MirrorFailedSlot(const QString& name, const QString& mirror, co
                           QStringLiteral(": ") + reason.LogText(),
                       false);
     if (IsActiveRun(ERun::Download) && name == m_strCurrentArchive && m_downloader.GetMirrors().size() > 1)
-        WriteResultWarning(tr("%1 not taken from mirror %2:").arg(name, mirror) + QLatin1Char(' ') +
-                           reason.UserText());
+        WriteResultWarning(tr("%1 not taken from mirror %2:").arg(name, mirror) + QLatin1Char(' ') + reason.UserText());
 }
 
 // Receivers run after the handler has returned; a stop in between ends the search silently.

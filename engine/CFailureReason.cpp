@@ -17,8 +17,8 @@ CFailureReason::CFailureReason(EKind kind, const QString& address, int httpStatu
 {
 }
 
-CFailureReason CFailureReason::Signature(EKind kind, const QString& address, const QString& file,
-                                         const QString& note, const QString& note2)
+CFailureReason CFailureReason::Signature(EKind kind, const QString& address, const QString& file, const QString& note,
+                                         const QString& note2)
 {
     CFailureReason reason(kind, address, 0, 0, file);
     reason.m_note = note;

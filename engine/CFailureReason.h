@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 
 class QNetworkReply;
@@ -13,22 +14,22 @@ public:
     enum class EKind
     {
         None,
-        HostNotFound,       // no answer: the name did not resolve
-        Refused,            // no answer: nothing listens there
-        TimedOut,           // no answer in time
-        TlsFailed,          // no answer: the secure handshake failed
-        NoAnswer,           // no answer for another network reason
-        ConnectionLost,     // an answer began and broke off
-        CredentialsRefused, // HTTP 401 or 403
-        FileMissing,        // HTTP 404
-        ServerError,        // HTTP 5xx
-        HttpError,          // another HTTP error status
-        NotWritable,        // the file could not be written here (disk full, folder not writable)
-        SignatureMissing,   // the server has the file but no signature beside it
-        SignatureMismatch,  // the file or its signature was altered or damaged on its way
+        HostNotFound,        // no answer: the name did not resolve
+        Refused,             // no answer: nothing listens there
+        TimedOut,            // no answer in time
+        TlsFailed,           // no answer: the secure handshake failed
+        NoAnswer,            // no answer for another network reason
+        ConnectionLost,      // an answer began and broke off
+        CredentialsRefused,  // HTTP 401 or 403
+        FileMissing,         // HTTP 404
+        ServerError,         // HTTP 5xx
+        HttpError,           // another HTTP error status
+        NotWritable,         // the file could not be written here (disk full, folder not writable)
+        SignatureMissing,    // the server has the file but no signature beside it
+        SignatureMismatch,   // the file or its signature was altered or damaged on its way
         SignatureUnknownKey, // signed, but with a key the catalogue does not name
-        SignedForOther,     // a good signature, made for another file, cycle or dataset
-        OlderList,          // a version list signed before the newest one already accepted
+        SignedForOther,      // a good signature, made for another file, cycle or dataset
+        OlderList,           // a version list signed before the newest one already accepted
     };
 
     CFailureReason() = default;
@@ -67,3 +68,5 @@ private:
     QString m_note;
     QString m_note2;
 };
+
+Q_DECLARE_METATYPE(CFailureReason)

@@ -135,8 +135,8 @@ CMinisign::EResult CMinisign::Verify(const QString& path, const Signature& signa
         if (candidate.keyId == signature.keyId)
             key = &candidate;
     if (!key)
-        return result(EResult::UnknownKey,
-                      QStringLiteral("signed with key ") + KeyIdText(signature.keyId) + QStringLiteral(", not trusted"));
+        return result(EResult::UnknownKey, QStringLiteral("signed with key ") + KeyIdText(signature.keyId) +
+                                               QStringLiteral(", not trusted"));
     if (!sodiumReady())
         return result(EResult::Unreadable, QStringLiteral("libsodium cannot start"));
 

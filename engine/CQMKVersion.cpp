@@ -35,8 +35,7 @@ bool isPlainVersion(const QString& text)
 }
 } // namespace
 
-CQMKVersion::CQMKVersion(QObject* parent)
-    : QObject(parent), m_strVersionFileName(QStringLiteral("mac_version.txt"))
+CQMKVersion::CQMKVersion(QObject* parent) : QObject(parent), m_strVersionFileName(QStringLiteral("mac_version.txt"))
 {
     SetServer(QStringLiteral(QUILLMARK_DEFAULT_SERVER));
     m_log.SetFileName(QStringLiteral("log_qmkupdate.txt"));
@@ -109,8 +108,8 @@ void CQMKVersion::requestFile(const QString& fileName)
         m_strErrorText = QStringLiteral("Problem opening save file ") + m_strDownloadDir + QLatin1Char('/') + fileName +
                          QStringLiteral(": ") + reason + QStringLiteral("\r\n");
         m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
-        m_lastFailure = CFailureReason(CFailureReason::EKind::NotWritable, m_downloadManager.GetMirrors().value(0), 0,
-                                       0, reason);
+        m_lastFailure =
+            CFailureReason(CFailureReason::EKind::NotWritable, m_downloadManager.GetMirrors().value(0), 0, 0, reason);
         QTimer::singleShot(0, this, &CQMKVersion::SignalDownloadError);
         return;
     }

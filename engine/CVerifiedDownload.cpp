@@ -47,17 +47,17 @@ CVerifiedDownload::CVerifiedDownload(QObject* parent) : QObject(parent)
 {
     qRegisterMetaType<CFailureReason>();
     m_log.SetFileName(QStringLiteral("Download_log.txt"));
-    connect(&m_downloader, &DownloadManager::SignalFinished, this,
-            [this](QString, QString file, QStringList errors, QByteArray data) { transferFinished(file, errors, data); });
+    connect(
+        &m_downloader, &DownloadManager::SignalFinished, this,
+        [this](QString, QString file, QStringList errors, QByteArray data) { transferFinished(file, errors, data); });
     connect(&m_downloader, &DownloadManager::SignalChangePercent, this, [this](int percent) {
         if (m_step == EStep::File)
             emit SignalChangePercent(percent);
     });
-    connect(&m_downloader, &DownloadManager::SignalProgress, this,
-            [this](qint64 received, qint64 total, double speed) {
-                if (m_step == EStep::File)
-                    emit SignalProgress(received, total, speed);
-            });
+    connect(&m_downloader, &DownloadManager::SignalProgress, this, [this](qint64 received, qint64 total, double speed) {
+        if (m_step == EStep::File)
+            emit SignalProgress(received, total, speed);
+    });
 }
 
 void CVerifiedDownload::SetMirrors(const QString& list)
@@ -212,8 +212,9 @@ void CVerifiedDownload::signatureArrived(const QString& file)
     QString problem;
     m_signature = CMinisign::Signature();
     if (!CMinisign::ParseSignature(bytes, m_signature, &problem)) {
-        const CFailureReason reason = CFailureReason::Signature(CFailureReason::EKind::SignatureMismatch, address(),
-                                                                name(), QStringLiteral("damaged signature, ") + problem);
+        const CFailureReason reason =
+            CFailureReason::Signature(CFailureReason::EKind::SignatureMismatch, address(), name(),
+                                      QStringLiteral("damaged signature, ") + problem);
         mirrorFailed(reason, {QStringLiteral("Refused ") + name() + QStringLiteral(": ") + reason.LogText()});
         return;
     }

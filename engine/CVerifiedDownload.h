@@ -105,5 +105,3 @@ private:
     CFailureReason m_lastFailure;
     QString m_lastMirror;
 };
-
-Q_DECLARE_METATYPE(CFailureReason)

@@ -731,8 +731,9 @@ private slots:
         QVERIFY2(reasonText.contains(reason), qPrintable(reasonText));
         QCOMPARE(program.boxes.count(), 0);
         if (fault == "credentials")
-            QVERIFY(
-                m_server.accessLog().mid(accessBefore).contains("\"POST /quillmark/versionList.txt.minisig HTTP/1.1\" 401"));
+            QVERIFY(m_server.accessLog()
+                        .mid(accessBefore)
+                        .contains("\"POST /quillmark/versionList.txt.minisig HTTP/1.1\" 401"));
         if (fault != "credentials") {
             QCOMPARE(installText, QString("Install ready. Error (4) "));
             QCOMPARE(installResult,
@@ -765,7 +766,8 @@ private slots:
             if (file.endsWith(".zip"))
                 bytes.replace(bytes.size() / 2, 4, "evil");
             QVERIFY(writeFile(tampered.root() + "/quillmark/" + file, bytes));
-            QVERIFY(QFile::copy(quillmark + "/" + file + ".minisig", tampered.root() + "/quillmark/" + file + ".minisig"));
+            QVERIFY(
+                QFile::copy(quillmark + "/" + file + ".minisig", tampered.root() + "/quillmark/" + file + ".minisig"));
         }
         QVERIFY2(tampered.start(), qPrintable(tampered.errorString()));
         const QString good = m_server.hostAndPort(), bad = tampered.hostAndPort();
@@ -801,7 +803,8 @@ private slots:
                      qPrintable(result));
             QVERIFY(tampered.accessLog().contains("POST /quillmark/1802/" + dataset.toUtf8() + ".zip HTTP/1.1\" 200"));
         }
-        const QString difference = treeDifference(program.installed({"Alpha", "Bravo", "Shared"}, true), program.tree());
+        const QString difference =
+            treeDifference(program.installed({"Alpha", "Bravo", "Shared"}, true), program.tree());
         QVERIFY2(difference.isEmpty(), qPrintable(difference));
         QCOMPARE(program.boxes.count(), 0);
     }

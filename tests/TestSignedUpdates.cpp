@@ -118,8 +118,7 @@ private slots:
         QVERIFY2(problem.isEmpty(), qPrintable(problem));
         const QString archive = p.served("/quillmark/2104/NAVDS.zip");
         const QString signature = archive + ".minisig";
-        const QStringList fields{"timestamp:1767225600", "file:NAVDS.zip", "cycle:2104", "revision:1",
-                                 "dataset:NAVDS"};
+        const QStringList fields{"timestamp:1767225600", "file:NAVDS.zip", "cycle:2104", "revision:1", "dataset:NAVDS"};
         if (attack == "tampered archive" || attack == "tls") {
             QVERIFY(writeFile(archive, readFile(archive) + "trailing bytes"));
         } else if (attack == "tampered comment") {

@@ -364,12 +364,8 @@ struct Target
     const char* name;
     FuzzTargets::Entry entry;
 };
-const Target kTargets[] = {{"catalogue", catalogue},
-                           {"settings", settings},
-                           {"cycle_info", cycleInfo},
-                           {"version_list", versionList},
-                           {"mac_version", macVersion},
-                           {"minisig", minisig}};
+const Target kTargets[] = {{"catalogue", catalogue},      {"settings", settings},      {"cycle_info", cycleInfo},
+                           {"version_list", versionList}, {"mac_version", macVersion}, {"minisig", minisig}};
 } // namespace
 
 namespace FuzzTargets {

@@ -29,8 +29,8 @@ SigningKey::SigningKey()
 
 bool SigningKey::sign(const QString& file, const QStringList& fields, bool legacy) const
 {
-    QStringList arguments{"-S", "-s", m_dir.filePath(QStringLiteral("key.key")), "-m", file, "-t",
-                          fields.join(QLatin1Char('\t'))};
+    QStringList arguments{
+        "-S", "-s", m_dir.filePath(QStringLiteral("key.key")), "-m", file, "-t", fields.join(QLatin1Char('\t'))};
     if (legacy)
         arguments << QStringLiteral("-l");
     return run(QStringLiteral("minisign"), arguments).isEmpty();

@@ -287,16 +287,17 @@ int main(int argc, char** argv)
     const QString served = server.root() + QStringLiteral("/quillmark");
     QDir().mkpath(served + QStringLiteral("/1802"));
     const QString now = QStringLiteral("timestamp:") + QString::number(QDateTime::currentSecsSinceEpoch());
-    if (!key.isValid() || !DatasetFiles::writeFile(served + QStringLiteral("/versionList.txt"), "Revision: 1\n1802\n") ||
+    if (!key.isValid() ||
+        !DatasetFiles::writeFile(served + QStringLiteral("/versionList.txt"), "Revision: 1\n1802\n") ||
         !key.sign(served + QStringLiteral("/versionList.txt"), {now, QStringLiteral("file:versionList.txt")}))
         return 1;
     for (const QString& dataset : kDatasets) {
         const QString archive = served + QStringLiteral("/1802/") + dataset + QStringLiteral(".zip");
         if (!run(QStringLiteral("ln ") + quote(cacheOf(dataset) + QStringLiteral("/DS.zip")) + QLatin1Char(' ') +
                  quote(archive)) ||
-            !key.sign(archive, {now, QStringLiteral("file:") + dataset + QStringLiteral(".zip"),
-                                QStringLiteral("cycle:1802"), QStringLiteral("revision:1"),
-                                QStringLiteral("dataset:") + dataset})) {
+            !key.sign(archive,
+                      {now, QStringLiteral("file:") + dataset + QStringLiteral(".zip"), QStringLiteral("cycle:1802"),
+                       QStringLiteral("revision:1"), QStringLiteral("dataset:") + dataset})) {
             std::fprintf(stderr, "cannot serve or sign %s\n", qPrintable(archive));
             return 1;
         }
