@@ -6,8 +6,9 @@ list(FILTER QMK_TEST_SUPPORT EXCLUDE REGEX ".*/tests/support/(probe_|main_).*")
 add_library(quillmark_testsupport STATIC ${QMK_TEST_SUPPORT})
 target_include_directories(quillmark_testsupport PUBLIC ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR})
 target_link_libraries(quillmark_testsupport PUBLIC quillmark_core Qt5::Test Qt5::Network)
-# The nginx fixture reads the server block of the README it proves.
-set_source_files_properties(${CMAKE_SOURCE_DIR}/tests/support/NginxServer.cpp PROPERTIES
+# The nginx fixture reads the server block of the README it proves; the signing helper runs tools/publish.sh.
+set_source_files_properties(${CMAKE_SOURCE_DIR}/tests/support/NginxServer.cpp
+    ${CMAKE_SOURCE_DIR}/tests/support/SigningKey.cpp PROPERTIES
     COMPILE_DEFINITIONS QMK_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
 # Small programs that tests start as child processes (tests/support/probe_<name>.cpp).

@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTimer>
-#include <QUrl>
 
 namespace {
 const char* const kCredentials = "webclient:Q7x2Lm9p";
@@ -60,16 +59,18 @@ void CDSVersion::DiscardProcess(QProcess*& process)
 
 CDSVersion::CDSVersion(QObject* parent) : QObject(parent), m_strVersionListName(QStringLiteral("versionList.txt"))
 {
-    m_strServer = QStringLiteral(QUILLMARK_DEFAULT_SERVER);
+    SetServer(QStringLiteral(QUILLMARK_DEFAULT_SERVER));
     m_log.SetFileName(QStringLiteral("log_dsupdate.txt"));
 
-    connect(&m_downloader, &DownloadManager::SignalFinished, this, &CDSVersion::downloadFinishedSlot);
-    connect(&m_downloader, &DownloadManager::SignalChangePercent, this, &CDSVersion::ChangePercentSlot);
-    connect(&m_downloader, &DownloadManager::SignalProgress, this, [this](qint64 received, qint64 total, double speed) {
-        if (IsActiveRun(ERun::Download))
-            emit SignalDownloadProgress(received, total, speed);
-    });
-    connect(this, &CDSVersion::SignalStopDownload, &m_downloader, &DownloadManager::stopDownloadSlot);
+    connect(&m_downloader, &CVerifiedDownload::SignalFinished, this, &CDSVersion::downloadFinishedSlot);
+    connect(&m_downloader, &CVerifiedDownload::SignalMirrorFailed, this, &CDSVersion::MirrorFailedSlot);
+    connect(&m_downloader, &CVerifiedDownload::SignalChangePercent, this, &CDSVersion::ChangePercentSlot);
+    connect(&m_downloader, &CVerifiedDownload::SignalProgress, this,
+            [this](qint64 received, qint64 total, double speed) {
+                if (IsActiveRun(ERun::Download))
+                    emit SignalDownloadProgress(received, total, speed);
+            });
+    connect(this, &CDSVersion::SignalStopDownload, &m_downloader, &CVerifiedDownload::stopDownloadSlot);
 
     // A worker's end comes with the tag of the run that started it, so that the end of a stopped
     // run is told apart from the end of the run that follows it.
@@ -198,9 +199,20 @@ CDSVersion::VersionList CDSVersion::ParseVersionList(const QByteArray& bytes)
     return list;
 }
 
+void CDSVersion::SetServer(const QString& server)
+{
+    m_strServer = server;
+    m_downloader.SetMirrors(server);
+}
+
 QString CDSVersion::GetServerBaseUrl() const
 {
-    return QStringLiteral("http://") + m_strServer + QStringLiteral("/quillmark/");
+    return CVerifiedDownload::BaseUrl(m_downloader.GetMirrors().value(0)) + QStringLiteral("/quillmark/");
+}
+
+void CDSVersion::SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify)
+{
+    m_downloader.SetTrustedKeys(keys, verify);
 }
 
 void CDSVersion::Init(const QString& version)
@@ -234,7 +246,7 @@ void CDSVersion::DownloadVersionListTxt()
     if (m_strDownloadDir.isEmpty())
         InitDownloadDirectory();
     QString reason;
-    if (!DownloadManager::CanSaveInto(m_strDownloadDir, m_strVersionListName, reason)) {
+    if (!CVerifiedDownload::CanSaveInto(m_strDownloadDir, m_strVersionListName, reason)) {
         // The downloader would neither ask nor answer; end the search here so nobody waits forever.
         m_log.WriteString(
             QStringLiteral("!!ERROR ") + m_strVersionListName + QStringLiteral(" not requested: ") + reason, false);
@@ -242,9 +254,10 @@ void CDSVersion::DownloadVersionListTxt()
         FinishSearchLater();
         return;
     }
-    const QUrl url(GetServerBaseUrl() + m_strVersionListName);
-    m_downloader.credentials = QByteArray(kCredentials);
-    m_downloader.DownloadFile(url, true, m_strDownloadDir);
+    CVerifiedDownload::Expect expect;
+    // A list signed before the newest one already taken is an old one played back.
+    expect.notBefore = m_acceptedListTime;
+    m_downloader.Fetch(QStringLiteral("/quillmark/") + m_strVersionListName, m_strDownloadDir, kCredentials, expect);
 }
 
 void CDSVersion::QuillmarkCheckHighVersion(const QByteArray& bytes)
@@ -429,19 +442,24 @@ bool CDSVersion::DownloadDataset(const QString& dataset)
     m_strCurrentDataset = dataset;
 
     QString reason;
-    if (!DownloadManager::CanSaveInto(m_strCycleDir, m_strCurrentArchive, reason))
+    if (!CVerifiedDownload::CanSaveInto(m_strCycleDir, m_strCurrentArchive, reason))
         return FailDatasetRequest(dataset, reason);
 
-    const QUrl url(GetServerBaseUrl() + m_strNewVersion + QLatin1Char('/') + m_strCurrentArchive);
-    m_downloader.credentials = QByteArray(kCredentials);
-    m_downloader.DownloadFile(url, true, m_strCycleDir);
+    // An archive signed for another cycle, revision or dataset would mix two cycles.
+    CVerifiedDownload::Expect expect;
+    expect.cycle = m_strNewVersionDig;
+    expect.revision = m_strNewRevision;
+    expect.dataset = dataset;
+    m_downloader.Fetch(QStringLiteral("/quillmark/") + m_strNewVersion + QLatin1Char('/') + m_strCurrentArchive,
+                       m_strCycleDir, kCredentials, expect);
     return true;
 }
 
 // A dataset that could not be asked for counts as a failed download, not as a skipped one.
 bool CDSVersion::FailDatasetRequest(const QString& dataset, const QString& reason)
 {
-    m_lastFailure = CFailureReason(CFailureReason::EKind::NotWritable, m_strServer, 0, 0, reason);
+    m_lastFailure =
+        CFailureReason(CFailureReason::EKind::NotWritable, m_downloader.GetMirrors().value(0), 0, 0, reason);
     SetProdDownloadError();
     WriteResult(tr("Download failed") + QLatin1Char(' ') + m_strCurrentArchive, true);
     m_log.WriteString(QStringLiteral("!!ERROR ") + tr("Failed download file:") + QLatin1Char(' ') + dataset +
@@ -453,6 +471,7 @@ bool CDSVersion::FailDatasetRequest(const QString& dataset, const QString& reaso
 
 void CDSVersion::downloadFinishedSlot(QString url, QString file, QStringList errors, QByteArray data)
 {
+    Q_UNUSED(data)
     // An aborted transfer may name no file; its URL still says what it was.
     QString name = QFileInfo(file).fileName();
     if (name.isEmpty())
@@ -475,7 +494,7 @@ void CDSVersion::downloadFinishedSlot(QString url, QString file, QStringList err
         if (!IsActiveRun(ERun::Search))
             return;
         if (!failed)
-            QuillmarkCheckHighVersion(data);
+            QuillmarkCheckHighVersion(ReadVersionList(file));
         else
             m_log.WriteString(QStringLiteral("!!ERROR ") + tr("Failed download file:") + QLatin1Char(' ') + name +
                                   QStringLiteral(" (") + errors.join(QStringLiteral("; ")) + QLatin1Char(')'),
@@ -488,8 +507,14 @@ void CDSVersion::downloadFinishedSlot(QString url, QString file, QStringList err
         return;
     if (!m_strCurrentArchive.isEmpty() && name == m_strCurrentArchive) {
         if (!failed) {
-            WriteResult(tr("Download success") + QLatin1Char(' ') + name, false);
-            m_log.WriteString(QLatin1Char('#') + tr("Download success file:") + QLatin1Char(' ') + file, false);
+            // With one server it goes without saying where a file came from.
+            const QString mirror = m_downloader.GetMirrors().size() > 1
+                                       ? QLatin1Char(' ') + tr("(mirror %1)").arg(m_downloader.LastMirror())
+                                       : QString();
+            WriteResult(tr("Download success") + QLatin1Char(' ') + name + mirror, false);
+            m_log.WriteString(QLatin1Char('#') + tr("Download success file:") + QLatin1Char(' ') + file +
+                                  QStringLiteral(" from ") + m_downloader.LastMirror(),
+                              false);
         } else {
             SetProdDownloadError();
             WriteResult(tr("Download failed") + QLatin1Char(' ') + name, true);
@@ -499,6 +524,33 @@ void CDSVersion::downloadFinishedSlot(QString url, QString file, QStringList err
         }
         DownloadNextDataset();
     }
+}
+
+// Only the signed bytes on disk are read; the downloader's last data may be a part of them.
+QByteArray CDSVersion::ReadVersionList(const QString& file)
+{
+    QFile list(file);
+    if (!list.open(QIODevice::ReadOnly)) {
+        m_log.WriteString(QStringLiteral("!!ERROR cannot read ") + file + QStringLiteral(": ") + list.errorString(),
+                          false);
+        return QByteArray();
+    }
+    if (m_downloader.IsVerifying()) {
+        const qint64 signedAt = m_downloader.LastFields().value(QStringLiteral("timestamp")).toLongLong();
+        m_acceptedListTime = qMax(m_acceptedListTime, signedAt);
+    }
+    // A version list is a few lines; a megabyte is far beyond any real one.
+    return list.read(1024 * 1024);
+}
+
+// A mirror that failed is passed over; with several, the result says which file it did not give.
+void CDSVersion::MirrorFailedSlot(const QString& name, const QString& mirror, const CFailureReason& reason)
+{
+    m_log.WriteString(QStringLiteral("!!ERROR ") + name + QStringLiteral(" not taken from mirror ") + mirror +
+                          QStringLiteral(": ") + reason.LogText(),
+                      false);
+    if (IsActiveRun(ERun::Download) && name == m_strCurrentArchive && m_downloader.GetMirrors().size() > 1)
+        WriteResultWarning(tr("%1 not taken from mirror %2:").arg(name, mirror) + QLatin1Char(' ') + reason.UserText());
 }
 
 // Receivers run after the handler has returned; a stop in between ends the search silently.

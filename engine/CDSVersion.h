@@ -2,7 +2,7 @@
 
 #include "app/CMyLog.h"
 #include "app/VlAtom.h"
-#include "engine/DownloadManager.h"
+#include "engine/CVerifiedDownload.h"
 #include "engine/FileCopyThread.h"
 #include "engine/FileRemoveBackupThread.h"
 #include "engine/FileResetThread.h"
@@ -40,11 +40,16 @@ public:
     static VersionList ParseVersionList(const QByteArray& bytes);
 
     // --- configuration ---
-    // Host or host:port of the version server.
-    void SetServer(const QString& server) { m_strServer = server; }
+    // Host or host:port of the version server, or several mirrors separated by blanks.
+    void SetServer(const QString& server);
     QString GetServer() const { return m_strServer; }
-    // "http://" + server + "/quillmark/"
+    // "http://" + the first mirror + "/quillmark/"
     QString GetServerBaseUrl() const;
+    // Files are taken only with a good signature by one of these keys; without `verify`, unchecked.
+    void SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify);
+    // Signing time (Unix seconds) of the newest version list accepted; an older one is refused.
+    qint64 GetAcceptedListTime() const { return m_acceptedListTime; }
+    void SetAcceptedListTime(qint64 seconds) { m_acceptedListTime = seconds; }
 
     void Init(const QString& version);
     void InitDownloadDirectory();
@@ -234,6 +239,8 @@ private:
 
     CProduct* CurrentInstallProduct() const;
     bool FailDatasetRequest(const QString& dataset, const QString& reason);
+    void MirrorFailedSlot(const QString& name, const QString& mirror, const CFailureReason& reason);
+    QByteArray ReadVersionList(const QString& file);
     void RemoveProductFiles(CProduct* product);
     // A line in the result text that the user should read but that does not fail the product.
     void WriteResultWarning(const QString& text);
@@ -241,13 +248,14 @@ private:
     void BackupListingFinished(const QString& archive, int exitCode, QProcess::ExitStatus status);
     void FinishBackupProcess(bool zip, bool ok);
 
-    DownloadManager m_downloader;
+    CVerifiedDownload m_downloader;
     FileCopyThread m_fileCopyThread;
     FileResetThread m_fileResetThread;
     FileRemoveBackupThread m_fileRemoveBackupThread;
     CMyLog m_log;
 
     QString m_strServer;
+    qint64 m_acceptedListTime = 0;
     QString m_strVersion;
     QString m_strDownloadDir;
     QString m_strCycleDir;

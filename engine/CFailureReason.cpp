@@ -17,6 +17,15 @@ CFailureReason::CFailureReason(EKind kind, const QString& address, int httpStatu
 {
 }
 
+CFailureReason CFailureReason::Signature(EKind kind, const QString& address, const QString& file, const QString& note,
+                                         const QString& note2)
+{
+    CFailureReason reason(kind, address, 0, 0, file);
+    reason.m_note = note;
+    reason.m_note2 = note2;
+    return reason;
+}
+
 CFailureReason CFailureReason::FromReply(const QNetworkReply* reply, const QUrl& url, bool truncated,
                                          const QString& writeError)
 {
@@ -56,6 +65,20 @@ CFailureReason CFailureReason::FromReply(const QNetworkReply* reply, const QUrl&
         return CFailureReason(EKind::NoAnswer, address, 0, code);
     default:
         return CFailureReason(EKind::NoAnswer, address, 0, code);
+    }
+}
+
+bool CFailureReason::IsSignatureFailure() const
+{
+    switch (m_kind) {
+    case EKind::SignatureMissing:
+    case EKind::SignatureMismatch:
+    case EKind::SignatureUnknownKey:
+    case EKind::SignedForOther:
+    case EKind::OlderList:
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -112,6 +135,26 @@ QString CFailureReason::UserText() const
     case EKind::NotWritable:
         return tr("The download could not be saved (%1). Free some disk space, or make the folder writable.")
             .arg(m_detail);
+    case EKind::SignatureMissing:
+        return tr("%1 has no signature for %2, so the file cannot be trusted and was not used. Try again later, "
+                  "or tell the publisher.")
+            .arg(a, m_detail);
+    case EKind::SignatureMismatch:
+        return tr("The signature of %2 from %1 did not match: the file was damaged or altered on its way and was "
+                  "not used. Try again later, or tell the publisher.")
+            .arg(a, m_detail);
+    case EKind::SignatureUnknownKey:
+        return tr("The signature of %2 from %1 did not match: it was made with a key this program does not trust, "
+                  "so the file was not used. Update Quillmark, or tell the publisher.")
+            .arg(a, m_detail);
+    case EKind::SignedForOther:
+        return tr("The signature of %2 from %1 did not match: it was made for %3, so the file was not used. Try "
+                  "again later, or tell the publisher.")
+            .arg(a, m_detail, m_note);
+    case EKind::OlderList:
+        return tr("The version list from %1 was signed on %2, before the one already accepted (%3): an old list is "
+                  "being replayed, or the server is out of date. It was not used. Try again later.")
+            .arg(a, m_note, m_note2);
     }
     return QString();
 }
@@ -143,6 +186,15 @@ QString CFailureReason::LogText() const
         return QStringLiteral("HTTP error %1").arg(m_httpStatus);
     case EKind::NotWritable:
         return QStringLiteral("disk full or folder not writable: ") + m_detail;
+    case EKind::SignatureMissing:
+        return QStringLiteral("no signature for ") + m_detail;
+    case EKind::SignatureMismatch:
+    case EKind::SignatureUnknownKey:
+        return QStringLiteral("signature of ") + m_detail + QStringLiteral(" did not match: ") + m_note;
+    case EKind::SignedForOther:
+        return QStringLiteral("signature of ") + m_detail + QStringLiteral(" made for ") + m_note;
+    case EKind::OlderList:
+        return QStringLiteral("version list signed ") + m_note + QStringLiteral(", before the accepted ") + m_note2;
     }
     return QString();
 }

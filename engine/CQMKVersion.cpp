@@ -16,7 +16,6 @@
 #include <QQueue>
 #include <QThread>
 #include <QTimer>
-#include <QUrl>
 
 #include <cstdio>
 
@@ -36,12 +35,17 @@ bool isPlainVersion(const QString& text)
 }
 } // namespace
 
-CQMKVersion::CQMKVersion(QObject* parent)
-    : QObject(parent), m_strVersionFileName(QStringLiteral("mac_version.txt")),
-      m_strServer(QStringLiteral(QUILLMARK_DEFAULT_SERVER))
+CQMKVersion::CQMKVersion(QObject* parent) : QObject(parent), m_strVersionFileName(QStringLiteral("mac_version.txt"))
 {
+    SetServer(QStringLiteral(QUILLMARK_DEFAULT_SERVER));
     m_log.SetFileName(QStringLiteral("log_qmkupdate.txt"));
     m_log.WriteString(QStringLiteral("Init"), false);
+    connect(&m_downloadManager, &CVerifiedDownload::SignalMirrorFailed, this,
+            [this](const QString& name, const QString& mirror, const CFailureReason& reason) {
+                m_log.WriteString(QStringLiteral("!!ERROR ") + name + QStringLiteral(" not taken from mirror ") +
+                                      mirror + QStringLiteral(": ") + reason.LogText(),
+                                  false);
+            });
 }
 
 CQMKVersion::~CQMKVersion()
@@ -57,10 +61,21 @@ void CQMKVersion::Init(QString currentVersion)
 {
     m_strCurrentVersion = currentVersion;
     InitDownloadDirectory();
-    connect(&m_downloadManager, &DownloadManager::SignalFinished, this, &CQMKVersion::downloadFinishedSlot,
+    connect(&m_downloadManager, &CVerifiedDownload::SignalFinished, this, &CQMKVersion::downloadFinishedSlot,
             Qt::UniqueConnection);
-    connect(&m_downloadManager, &DownloadManager::SignalChangePercent, this, &CQMKVersion::ChangePercentSlot,
+    connect(&m_downloadManager, &CVerifiedDownload::SignalChangePercent, this, &CQMKVersion::ChangePercentSlot,
             Qt::UniqueConnection);
+}
+
+void CQMKVersion::SetServer(const QString& server)
+{
+    m_strServer = server;
+    m_downloadManager.SetMirrors(server);
+}
+
+void CQMKVersion::SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify)
+{
+    m_downloadManager.SetTrustedKeys(keys, verify);
 }
 
 void CQMKVersion::InitDownloadDirectory()
@@ -84,27 +99,23 @@ bool CQMKVersion::removeDir(const QString& path)
     return CFileTree::removeDir(path);
 }
 
-QString CQMKVersion::serverUrl(const QString& fileName) const
-{
-    return QStringLiteral("http://") + m_strServer + QStringLiteral("/downloads/quillmark/") + fileName;
-}
-
 void CQMKVersion::requestFile(const QString& fileName)
 {
     QString reason;
-    if (!DownloadManager::CanSaveInto(m_strDownloadDir, fileName, reason)) {
+    if (!CVerifiedDownload::CanSaveInto(m_strDownloadDir, fileName, reason)) {
         // The downloader would send nothing and never answer; the check fails here instead, after
         // the caller has returned, as a failed transfer would.
         m_strErrorText = QStringLiteral("Problem opening save file ") + m_strDownloadDir + QLatin1Char('/') + fileName +
                          QStringLiteral(": ") + reason + QStringLiteral("\r\n");
         m_log.WriteString(QStringLiteral("!!ERROR ") + m_strErrorText, false);
-        m_lastFailure = CFailureReason(CFailureReason::EKind::NotWritable, m_strServer, 0, 0, reason);
+        m_lastFailure =
+            CFailureReason(CFailureReason::EKind::NotWritable, m_downloadManager.GetMirrors().value(0), 0, 0, reason);
         QTimer::singleShot(0, this, &CQMKVersion::SignalDownloadError);
         return;
     }
-    m_downloadManager.credentials = QByteArrayLiteral("webclient:Q7x2Lm9p");
     m_bTransferRunning = true;
-    m_downloadManager.DownloadFile(QUrl(serverUrl(fileName)), true, m_strDownloadDir);
+    m_downloadManager.Fetch(QStringLiteral("/downloads/quillmark/") + fileName, m_strDownloadDir,
+                            QByteArrayLiteral("webclient:Q7x2Lm9p"), CVerifiedDownload::Expect());
 }
 
 void CQMKVersion::SearchForNewVersion(bool search)
@@ -155,6 +166,7 @@ void CQMKVersion::downloadFinishedSlot(QString urlPath, QString filePath, QStrin
         return;
     }
     const QString name = QFileInfo(filePath).fileName();
+    m_log.WriteString(name + QStringLiteral(" from ") + m_downloadManager.LastMirror(), false);
     if (name == m_strVersionFileName) {
         InitNewQMKVersion(filePath);
         emit SignalDownloadVersionTXTFinish();

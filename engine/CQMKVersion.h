@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/CMyLog.h"
-#include "engine/DownloadManager.h"
+#include "engine/CVerifiedDownload.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -21,9 +21,11 @@ public:
     explicit CQMKVersion(QObject* parent = nullptr);
     ~CQMKVersion() override;
 
-    // host or host:port of the download server; call before Init.
-    void SetServer(const QString& server) { m_strServer = server; }
+    // host or host:port of the download server, or several mirrors separated by blanks.
+    void SetServer(const QString& server);
     QString GetServer() const { return m_strServer; }
+    // Files are taken only with a good signature by one of these keys; without `verify`, unchecked.
+    void SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool verify);
 
     void Init(QString currentVersion);
     void InitDownloadDirectory();
@@ -82,13 +84,12 @@ signals:
     void SignalInstallerStarted();
 
 private:
-    QString serverUrl(const QString& fileName) const;
     void requestFile(const QString& fileName);
 
     QString m_strCurrentVersion;
     QString m_strNewVersion;
     QString m_strErrorText;
-    DownloadManager m_downloadManager;
+    CVerifiedDownload m_downloadManager;
     QProcess* m_pUnzipProcess = nullptr;
     QString m_strVersionFileName;
     QString m_strZipName;

@@ -35,19 +35,6 @@ bool switchValue(const QString& text)
     return text.toInt() == 1;
 }
 
-// host, or host:port with a port from 1 to 65535; IPv6 hosts in brackets.
-bool isServerAddress(const QString& text)
-{
-    static const QRegularExpression pattern(
-        QStringLiteral("^(?:[A-Za-z0-9](?:[A-Za-z0-9.-]*[A-Za-z0-9])?|\\[[0-9A-Fa-f:.]+\\])(?::([0-9]{1,5}))?$"));
-    const QRegularExpressionMatch match = pattern.match(text);
-    if (!match.hasMatch())
-        return false;
-    if (match.capturedLength(1) == 0)
-        return true;
-    const int port = match.captured(1).toInt();
-    return port >= 1 && port <= 65535;
-}
 } // namespace
 
 CDataModel::CDataModel(QObject* parent) : QObject(parent)
@@ -84,6 +71,13 @@ void CDataModel::Init(QString version)
     m_strVersion = version;
     InitBase();
     InitProp();
+    if (!m_bKeyNamed)
+        m_log.WriteString(QStringLiteral("!!WARNING the catalogue names no PublicKey: downloads are not verified"),
+                          false);
+    else if (m_trustedKeys.isEmpty())
+        m_log.WriteString(QStringLiteral("!!ERROR PublicKey of the catalogue holds no usable key: every download "
+                                         "will be refused"),
+                          false);
     // The version in force is the one the catalogue or the settings name, else the build's own;
     // the placeholder the application starts with is never compared with a release.
     if (Application::st_strVersion.isEmpty() || Application::st_strVersion == QLatin1String("MPLET"))
@@ -107,6 +101,7 @@ void CDataModel::Init(QString version)
 void CDataModel::InitQMKVersion()
 {
     m_qmkVersion.SetServer(GetServer());
+    m_qmkVersion.SetTrustedKeys(m_trustedKeys, m_bKeyNamed);
     m_qmkVersion.Init(m_strVersion);
     if (m_bQuillmarkAutoUpdate) {
         m_bQMKCheckPending = true;
@@ -182,6 +177,7 @@ void CDataModel::InitDSVersion()
     m_log.WriteString(QStringLiteral("InitDSVersion"), false);
     m_bDSStarted = true;
     m_dsVersion.SetServer(GetServer());
+    m_dsVersion.SetTrustedKeys(m_trustedKeys, m_bKeyNamed);
     m_dsVersion.Init(m_strVersion);
     // An install or reset that a crash cut off is finished or undone before anything else runs.
     const QStringList recovered = m_dsVersion.RecoverInterruptedRuns(&m_products);
@@ -326,6 +322,7 @@ bool CDataModel::ReadFile(const QString& path, bool bBase)
         return false;
     }
 
+    m_bReadingCatalogue = bBase;
     // "All" leads the categories even when the catalogue has no categories section.
     if (bBase)
         m_categories.AddLeadingAll();
@@ -418,13 +415,32 @@ void CDataModel::parseAppValues(QXmlStreamReader& xml, QString key)
         Application::setLanguage(text);
     else if (key == QLatin1String("Version"))
         Application::setApplicationVersionEx(text);
-    else if (key == QLatin1String("Server")) {
-        if (isServerAddress(text))
-            m_strServer = text;
+    else if (key == QLatin1String("Server"))
+        parseServer(text);
+    else if (key == QLatin1String("PublicKey") && m_bReadingCatalogue) {
+        // A key named but unusable refuses every download rather than letting them through.
+        m_bKeyNamed = true;
+        QStringList problems;
+        m_trustedKeys = CMinisign::ParsePublicKeys(text, &problems);
+        for (const QString& entry : problems)
+            m_log.WriteString(QStringLiteral("!!ERROR App value PublicKey holds no minisign public key: ") + entry,
+                              false);
+    } else if (key == QLatin1String("VersionListTime") && !m_bReadingCatalogue)
+        m_dsVersion.SetAcceptedListTime(qMax<qint64>(0, text.toLongLong()));
+}
+
+void CDataModel::parseServer(const QString& text)
+{
+    QStringList mirrors;
+    for (const QString& entry : text.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts)) {
+        if (CVerifiedDownload::IsMirrorAddress(entry))
+            mirrors << entry;
         else
-            m_log.WriteString(QStringLiteral("!!WARNING App value Server is not host or host:port, ignored: ") + text,
+            m_log.WriteString(QStringLiteral("!!WARNING App value Server is not host or host:port, ignored: ") + entry,
                               false);
     }
+    if (!mirrors.isEmpty())
+        m_strServer = mirrors.join(QLatin1Char(' '));
 }
 
 QString CDataModel::GetServer() const
@@ -478,7 +494,7 @@ bool CDataModel::Save()
 
 void CDataModel::SaveApp(QXmlStreamWriter& xml)
 {
-    // "Version" and "Server" are read but never written: the catalogue supplies them.
+    // "Version", "Server" and "PublicKey" are read but never written: the catalogue supplies them.
     m_dsEngineFlags = GetPendingDSEngineFlags();
     xml.writeStartElement(kApp);
     xml.writeTextElement(QStringLiteral("DSAutoUpdate"), boolText(m_bDSAutoUpdate));
@@ -487,6 +503,8 @@ void CDataModel::SaveApp(QXmlStreamWriter& xml)
     xml.writeTextElement(QStringLiteral("LocalVersion"), boolText(m_dsEngineFlags.localVersion));
     xml.writeTextElement(QStringLiteral("CreateBackupFiles"), boolText(m_dsEngineFlags.createBackupFiles));
     xml.writeTextElement(QStringLiteral("Language"), Application::GetLanguage());
+    if (m_dsVersion.GetAcceptedListTime() > 0)
+        xml.writeTextElement(QStringLiteral("VersionListTime"), QString::number(m_dsVersion.GetAcceptedListTime()));
     xml.writeEndElement();
 }
 

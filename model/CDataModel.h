@@ -36,6 +36,7 @@ public:
     void InitProp();
     void parseApp(QXmlStreamReader& xml);
     void parseAppValues(QXmlStreamReader& xml, QString key);
+    void parseServer(const QString& text);
     bool Save();
     void SaveApp(QXmlStreamWriter& xml);
     void RestoreQMKDefaultSettings();
@@ -66,9 +67,14 @@ public:
     void SetQuillmarkAutoUpdate(bool on) { m_bQuillmarkAutoUpdate = on; }
     bool IsSaveEnabled() const { return m_bSaveEnabled; }
 
-    // Host or host:port of the version and download server: the App key "Server" of the
-    // settings, else of the catalogue, else the build's default.
+    // Host or host:port of the version and download server, or several mirrors separated by
+    // blanks: the App key "Server" of the settings, else of the catalogue, else the build's default.
     QString GetServer() const;
+    // The catalogue's public keys ("PublicKey"); downloads are checked against them. Never taken
+    // from the settings, which are the user's to change.
+    const QList<CMinisign::PublicKey>& GetTrustedKeys() const { return m_trustedKeys; }
+    // Whether the catalogue names a key at all; without one downloads are taken unchecked.
+    bool VerifiesDownloads() const { return m_bKeyNamed; }
 
     // The dataset engine's three switches as the settings file holds them. The engine keeps the
     // live values (the update dialog changes them there); reading the settings hands them over,
@@ -166,4 +172,7 @@ private:
     bool m_bSaveEnabled = true;
     DSEngineFlags m_dsEngineFlags;
     QString m_strServer;
+    bool m_bReadingCatalogue = false;
+    bool m_bKeyNamed = false;
+    QList<CMinisign::PublicKey> m_trustedKeys;
 };

@@ -308,12 +308,14 @@ void TestCatalogue::shippedCatalogues()
     model.InitProdUpdateListForUpdateOrReset(false);
     QCOMPARE(model.GetInstallGroupList()->GetSize(), 6);
 
-    // The shipped default catalogue reads cleanly and every product names a known dataset.
-    QFile shipped(source + QStringLiteral("/resources/bin/base_ini.xml"));
+    // The catalogue the build ships reads cleanly, every product names a known dataset, and it
+    // names the release key, so that no download is taken unsigned.
+    QFile shipped(QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/base_ini.xml"));
     QVERIFY(shipped.open(QIODevice::ReadOnly) && dir.writeFile(QStringLiteral("bin/base_ini.xml"), shipped.readAll()));
     CDataModel defaults;
     defaults.Init(QString());
     QVERIFY(defaults.GetProductListSize() >= 6);
+    QCOMPARE(defaults.GetTrustedKeys().size(), 1);
     for (int i = 0; i < defaults.GetProductListSize(); ++i)
         QVERIFY(defaults.GetDatasetList()->GetByName(defaults.GetProductByIndex(i)->GetDataset()));
     QCOMPARE(spy.count(), 0);

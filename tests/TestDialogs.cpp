@@ -481,6 +481,8 @@ private slots:
                  qPrintable(link));
         QVERIFY(link.contains(">Open manual<"));
         QVERIFY(about.contains(run.window->GetDataModel()->GetServer()));
+        // The sample catalogue names no key, and the user is told that downloads go unchecked.
+        QVERIFY(about.contains("Downloads: not verified, the catalogue names no public key"));
         QVERIFY(about.contains(run.app.path() + "/bin/prop_ini.xml"));
         QVERIFY(about.contains(run.app.path() + "/log"));
         QCOMPARE(run.boxes.count(), 1);

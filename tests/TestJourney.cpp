@@ -7,6 +7,7 @@
 #include "support/MessageBoxSpy.h"
 #include "support/NginxServer.h"
 #include "support/SampleCatalogue.h"
+#include "support/SigningKey.h"
 #include "support/TempAppDir.h"
 #include "support/UserInput.h"
 #include "ui/DlgBackupRun.h"
@@ -112,7 +113,7 @@ struct Program
     QByteArray log(const QString& name) const { return app.readFile("log/" + name); }
     QString cycleFolder() const { return app.filePath("downloads/QuillmarkCycle"); }
 
-    bool prepare(const QString& server, bool autoChecks)
+    bool prepare(const QString& server, bool autoChecks, const QString& publicKey)
     {
         for (const Addon& addon : kAddons) {
             const QString nav = addons() + "/" + addon.folder + "/NavData";
@@ -125,6 +126,7 @@ struct Program
         before = tree();
         SampleCatalogue catalogue;
         catalogue.server = server;
+        catalogue.publicKey = publicKey;
         catalogue.quietDefaults = false;
         catalogue.datasets = kDatasets;
         for (const Addon& addon : kAddons)
@@ -217,30 +219,26 @@ class TestJourney : public QObject
     Q_OBJECT
 
     NginxServer m_server;
+    SigningKey m_key;
     std::unique_ptr<Program> m_run;
 
-    // The release as the download server holds it: the new program and its updater.
-    bool serveRelease()
+    // The cycle and the release as the publisher puts them on the server, signed: the new
+    // program and its updater, and one archive per dataset.
+    bool publish()
     {
         QTemporaryDir work;
-        writeFile(work.filePath("VL_QUILLMARK_V124_MAC/VL_QUILLMARK_V124.app/Quillmark"), "new program");
-        writeFile(work.filePath("VL_QUILLMARK_V124_MAC/qmk_au.app/qmk_au"), "updater");
-        writeFile(m_server.root() + "/downloads/quillmark/mac_version.txt", "124\n");
-        return zipFolder(work.path(), m_server.root() + kReleaseArchive, QString()).isEmpty();
-    }
-    bool serveCycle()
-    {
-        writeFile(m_server.root() + "/quillmark/versionList.txt", kVersionList);
+        writeFile(work.filePath("release/VL_QUILLMARK_V124.app/Quillmark"), "new program");
+        writeFile(work.filePath("release/qmk_au.app/qmk_au"), "updater");
         for (const QString& dataset : kDatasets) {
-            QTemporaryDir work;
             const QMap<QString, QByteArray> files = archiveFiles(dataset);
             for (auto it = files.cbegin(); it != files.cend(); ++it)
-                writeFile(work.path() + "/NavData/" + it.key(), it.value());
-            QDir().mkpath(m_server.root() + "/quillmark/1802");
-            if (!zipFolder(work.path(), m_server.root() + "/quillmark/1802/" + dataset + ".zip").isEmpty())
-                return false;
+                writeFile(work.filePath("source/" + dataset + "/NavData/" + it.key()), it.value());
         }
-        return true;
+        const QString problem = m_key.publish({"-c", "1802", "-R", work.filePath("release"), "-v", "124"},
+                                              work.filePath("source"), m_server.root());
+        if (!problem.isEmpty())
+            qWarning("%s", qPrintable(problem));
+        return problem.isEmpty();
     }
     // A pass of the program's start-up loop; one that does not end by itself within a minute is
     // ended with 99, so a failing step cannot hang the run.
@@ -276,8 +274,8 @@ private slots:
         Application::loadTranslations(QStringLiteral(":/lang"));
         Application::setLanguage(QStringLiteral("en_US"));
         QVERIFY2(!NginxServer::binary().isEmpty(), "nginx is not installed; tools/test.sh installs nginx-light");
-        QVERIFY(serveCycle());
-        QVERIFY(serveRelease());
+        QVERIFY2(m_key.isValid(), "minisign is not installed");
+        QVERIFY(publish());
         QVERIFY2(m_server.start(), qPrintable(m_server.errorString()));
         m_run.reset(new Program);
     }
@@ -315,7 +313,7 @@ private slots:
     // then the update dialog opens by itself with the new cycle. Nothing is touched yet.
     void startUpChecks()
     {
-        QVERIFY(m_run->prepare(m_server.hostAndPort(), true));
+        QVERIFY(m_run->prepare(m_server.hostAndPort(), true, m_key.publicKey()));
         const int accessBefore = m_server.accessLog().size();
         DialogDriver driver;
         QString offered, cycleText;
@@ -677,7 +675,7 @@ private slots:
         QFETCH(QString, reason);
 
         Program program;
-        QVERIFY(program.prepare(m_server.hostAndPort(), false));
+        QVERIFY(program.prepare(m_server.hostAndPort(), false, m_key.publicKey()));
         const QString hidden = m_server.root() + "/quillmark/1802/XP10NAV.zip";
         // Whatever happens, the next row finds the server as it was.
         struct Restore
@@ -746,8 +744,9 @@ private slots:
         QVERIFY2(reasonText.contains(reason), qPrintable(reasonText));
         QCOMPARE(program.boxes.count(), 0);
         if (fault == "credentials")
-            QVERIFY(
-                m_server.accessLog().mid(accessBefore).contains("\"POST /quillmark/versionList.txt HTTP/1.1\" 401"));
+            QVERIFY(m_server.accessLog()
+                        .mid(accessBefore)
+                        .contains("\"POST /quillmark/versionList.txt.minisig HTTP/1.1\" 401"));
         if (fault != "credentials") {
             QCOMPARE(installText, QString("Installation complete. Error (4) "));
             QCOMPARE(installResult,
@@ -764,6 +763,63 @@ private slots:
             QVERIFY(!QFileInfo::exists(program.cycleFolder() + "/XP10NAV.zip"));
             QVERIFY(program.log("Download_log.txt").contains("XP10NAV.zip"));
         }
+    }
+
+    // Three mirrors: the first down, the second serving tampered archives with their old
+    // signatures, the third the cycle as published. The update comes whole from the third, and
+    // the result names what the second offered and was refused.
+    void mirrors()
+    {
+        NginxServer down, tampered;
+        QVERIFY2(down.start(), qPrintable(down.errorString()));
+        down.stop();
+        const QString quillmark = m_server.root() + "/quillmark";
+        for (const QString file : {"versionList.txt", "1802/XP11NAV.zip", "1802/XP10NAV.zip"}) {
+            QByteArray bytes = readFile(quillmark + "/" + file);
+            if (file.endsWith(".zip"))
+                bytes.replace(bytes.size() / 2, 4, "evil");
+            QVERIFY(writeFile(tampered.root() + "/quillmark/" + file, bytes));
+            QVERIFY(
+                QFile::copy(quillmark + "/" + file + ".minisig", tampered.root() + "/quillmark/" + file + ".minisig"));
+        }
+        QVERIFY2(tampered.start(), qPrintable(tampered.errorString()));
+        const QString good = m_server.hostAndPort(), bad = tampered.hostAndPort();
+
+        Program program;
+        QVERIFY(program.prepare(down.hostAndPort() + " " + bad + " " + good, false, m_key.publicKey()));
+        program.open();
+        DialogDriver driver;
+        QString downloaded, result;
+        driver.then([&](QDialog* d) {
+            auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
+            QVERIFY(dialog);
+            if (!dialog->GetOverwriteAccept()->isChecked())
+                tick(dialog->GetOverwriteAccept());
+            click(dialog->GetDownloadButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateDownloaded), 30000);
+            downloaded = dialog->GetMessageLabel()->text();
+            click(dialog->GetResultPane()->GetShowButton());
+            result = dialog->GetResultPane()->GetPane()->text();
+            click(dialog->GetInstallButton());
+            QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateInstalled), 30000);
+            click(dialog->GetOkButton());
+        });
+        click(program.window->GetActionButtons().at(0));
+        QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 1, 60000);
+        QCOMPARE(downloaded, QString("Update 1802 downloaded."));
+        for (const QString& dataset : kDatasets) {
+            const QString refused = QString("Warning: %1.zip not taken from mirror %2: The signature of %1.zip from %2 "
+                                            "did not match")
+                                        .arg(dataset, bad);
+            QVERIFY2(result.contains(refused), qPrintable(result));
+            QVERIFY2(result.contains(" + Download success " + dataset + ".zip (mirror " + good + ")"),
+                     qPrintable(result));
+            QVERIFY(tampered.accessLog().contains("POST /quillmark/1802/" + dataset.toUtf8() + ".zip HTTP/1.1\" 200"));
+        }
+        const QString difference =
+            treeDifference(program.installed({"Alpha", "Bravo", "Shared"}, true), program.tree());
+        QVERIFY2(difference.isEmpty(), qPrintable(difference));
+        QCOMPARE(program.boxes.count(), 0);
     }
 };
 

@@ -53,6 +53,11 @@ QStringList summary(CDataModel& model)
                  .arg(flags.createBackupFiles);
     lines << QStringLiteral("lang=") + Application::GetLanguage() + QStringLiteral(" ver=") +
                  Application::st_strVersion + QStringLiteral(" server=") + model.GetServer();
+    // Signing: the keys in force and the newest version list accepted, when there are any.
+    if (!model.GetTrustedKeys().isEmpty() || model.GetDSVersion()->GetAcceptedListTime() > 0)
+        lines << QStringLiteral("keys=%1 listtime=%2")
+                     .arg(model.GetTrustedKeys().size())
+                     .arg(model.GetDSVersion()->GetAcceptedListTime());
     for (int i = 0; i < model.GetProductListSize(); ++i) {
         CProduct* p = model.GetProductByIndex(i);
         lines << p->GetName() + QLatin1Char(';') + (p->GetUpdate() ? "1" : "0") + QLatin1Char(';') + p->GetDataset() +
@@ -143,10 +148,18 @@ void TestSettings::roundTrip_data()
         << QStringList();
 
     QTest::newRow("version and server last one run")
-        << settings("<Version>7.7</Version><Server>10.0.0.5:8080</Server><Server>http://x/y</Server>"
-                    "<Server>host:99999</Server><Server>a b</Server>")
-        << QStringList{defaults, "lang= ver=7.7 server=10.0.0.5:8080"} + kDefaultProducts + kDefaultCategories
+        << settings("<Version>7.7</Version><Server>10.0.0.5:8080  https://m2.example x/y</Server>"
+                    "<Server>http://x/y</Server><Server>host:99999</Server>")
+        << QStringList{defaults, "lang= ver=7.7 server=10.0.0.5:8080 https://m2.example"} + kDefaultProducts +
+               kDefaultCategories
         << QStringList{defaults, plain} + kDefaultProducts + kDefaultCategories;
+
+    // The user's settings cannot name a key to trust; the time of the newest list stays with them.
+    QTest::newRow("key ignored, list time kept")
+        << settings("<PublicKey>RWSCuvfUbdvSk4PSiemTCAKAf9tfX0B66FUQ6Sea8ks9xLzcAIlxmwrs</PublicKey>"
+                    "<VersionListTime>1767225600</VersionListTime>")
+        << QStringList{defaults, plain, "keys=0 listtime=1767225600"} + kDefaultProducts + kDefaultCategories
+        << QStringList();
 
     QTest::newRow("product fields and category paths")
         << settings("",
@@ -207,6 +220,7 @@ void TestSettings::roundTrip()
     const QByteArray saved = dir.readFile(kSettings);
     QVERIFY(!saved.contains("<Version>"));
     QVERIFY(!saved.contains("<Server>"));
+    QVERIFY(!saved.contains("<PublicKey>"));
 
     init();
     {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs Quillmark on the built-in demo: a demo catalogue, demo simulator and add-on folders, and a
-# local demo server for everything the program downloads.
+# local demo server for everything the program downloads, signed with a demo key made here.
 #   ./tools/demo.sh            build what the demo needs, prepare build/demo once, start the program
 #   ./tools/demo.sh --update   first run a full dataset update against the demo server
 #                              (download, unzip, install with backups), then start the program
@@ -36,13 +36,18 @@ qmk_ensure_packages "${extra[@]}"
 QMK_TARGETS="Quillmark demoserver demo_update screenshot_screen" qmk_build
 
 demo=$QMK_BUILD/demo
+# The demo's own signing key, as a publisher keeps it: beside the served folder, never in it.
+export DEMO_KEY=$demo/quillmark-demo.key
 [ $fresh -eq 1 ] && rm -rf "$demo"
-if [ ! -f "$demo/app/bin/base_ini.xml" ] || ! grep -q "127.0.0.1:$port<" "$demo/app/bin/base_ini.xml"; then
+if [ ! -f "$demo/app/bin/base_ini.xml" ] || ! grep -q "127.0.0.1:$port<" "$demo/app/bin/base_ini.xml" ||
+    [ ! -f "$DEMO_KEY" ]; then
     echo "Preparing the demo folder $demo"
     rm -rf "$demo"
     mkdir -p "$demo/app/bin" "$demo/sims" "$demo/server"
-    # The script writes the catalogue too, with the folder and server escaped for XML.
-    DEMO_SERVER=127.0.0.1:$port "$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" "$demo/app" >/dev/null
+    minisign -G -W -p "$demo/quillmark-demo.pub" -s "$DEMO_KEY" >/dev/null
+    # The script writes the catalogue too, with the folder, server and public key escaped for XML.
+    DEMO_SERVER=127.0.0.1:$port DEMO_PUBLIC_KEY=$(sed -n 2p "$demo/quillmark-demo.pub") \
+        "$QMK_ROOT/tools/demo/make-demo-sims.sh" "$demo/sims" "$demo/app" >/dev/null
     "$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
     "$QMK_ROOT/tools/demo/make-demo-release.sh" "$demo/server" >/dev/null
 else

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs one libFuzzer harness for a while.
 #   tools/fuzz.sh NAME SECONDS [LIBFUZZER_ARGS...]
-# NAME is a folder of tests/fuzz/corpus: catalogue, settings, cycle_info, version_list, mac_version.
+# NAME is a folder of tests/fuzz/corpus: catalogue, settings, cycle_info, version_list, mac_version,
+# minisig.
 # Builds into build-fuzz/ with clang, AddressSanitizer and UndefinedBehaviorSanitizer. The
 # committed seeds are read, new inputs are kept in build-fuzz/fuzz/corpus/NAME, and an input that
 # fails is saved as build-fuzz/fuzz/NAME-crash-*: once the fault is fixed, copy it into

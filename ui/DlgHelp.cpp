@@ -69,11 +69,18 @@ void DlgHelp::retranslate()
         return; // before Init
     m_pName->setText(tr("Quillmark %1").arg(Application::st_strVersion));
     const QString server = GetDataModel() ? GetDataModel()->GetServer() : QString();
+    QStringList keys;
+    if (GetDataModel())
+        for (const CMinisign::PublicKey& key : GetDataModel()->GetTrustedKeys())
+            keys << CMinisign::KeyIdText(key.keyId);
+    const QString checks = GetDataModel() && !GetDataModel()->VerifiesDownloads()
+                               ? tr("Downloads: not verified, the catalogue names no public key")
+                               : tr("Downloads: signed, checked with the key %1").arg(keys.join(QStringLiteral(", ")));
     m_pAbout->setText(
         tr("Quillmark keeps the navigation data (AIRAC cycles) of your flight-simulator add-ons up to date: it "
            "downloads the newest cycle, installs it with a backup of every replaced file, and can restore or remove "
            "those backups.") +
-        QStringLiteral("\n\n") + tr("Server: %1").arg(server) + QLatin1Char('\n') +
+        QStringLiteral("\n\n") + tr("Server: %1").arg(server) + QLatin1Char('\n') + checks + QLatin1Char('\n') +
         tr("Settings: %1").arg(QDir::toNativeSeparators(CDataModel::SettingsFilePath())) + QLatin1Char('\n') +
         tr("Logs: %1").arg(QDir::toNativeSeparators(Application::st_strAppPath + QStringLiteral("/log"))));
     m_pManualLink->setText(QStringLiteral("<a href=\"%1\" style=\"color: rgb(40, 80, 150);\">%2</a>")

@@ -111,6 +111,14 @@
         <source>The interrupted reset of %1 could not be completed; see the log.</source>
         <translation>Das unterbrochene Zurücksetzen von %1 konnte nicht abgeschlossen werden; siehe Protokoll.</translation>
     </message>
+    <message>
+        <source>(mirror %1)</source>
+        <translation>(Spiegelserver %1)</translation>
+    </message>
+    <message>
+        <source>%1 not taken from mirror %2:</source>
+        <translation>%1 nicht vom Spiegelserver %2 übernommen:</translation>
+    </message>
 </context>
 <context>
     <name>CDataModel</name>
@@ -196,6 +204,26 @@
     <message>
         <source>The download could not be saved (%1). Free some disk space, or make the folder writable.</source>
         <translation>Der Download konnte nicht gespeichert werden (%1). Schaffen Sie Platz auf dem Datenträger oder machen Sie den Ordner beschreibbar.</translation>
+    </message>
+    <message>
+        <source>%1 has no signature for %2, so the file cannot be trusted and was not used. Try again later, or tell the publisher.</source>
+        <translation>%1 hat keine Signatur für %2, daher ist der Datei nicht zu trauen und sie wurde nicht verwendet. Versuchen Sie es später erneut, oder benachrichtigen Sie den Herausgeber.</translation>
+    </message>
+    <message>
+        <source>The signature of %2 from %1 did not match: the file was damaged or altered on its way and was not used. Try again later, or tell the publisher.</source>
+        <translation>Die Signatur von %2 von %1 passte nicht: Die Datei wurde unterwegs beschädigt oder verändert und nicht verwendet. Versuchen Sie es später erneut, oder benachrichtigen Sie den Herausgeber.</translation>
+    </message>
+    <message>
+        <source>The signature of %2 from %1 did not match: it was made with a key this program does not trust, so the file was not used. Update Quillmark, or tell the publisher.</source>
+        <translation>Die Signatur von %2 von %1 passte nicht: Sie wurde mit einem Schlüssel erstellt, dem dieses Programm nicht vertraut, daher wurde die Datei nicht verwendet. Aktualisieren Sie Quillmark, oder benachrichtigen Sie den Herausgeber.</translation>
+    </message>
+    <message>
+        <source>The signature of %2 from %1 did not match: it was made for %3, so the file was not used. Try again later, or tell the publisher.</source>
+        <translation>Die Signatur von %2 von %1 passte nicht: Sie wurde für %3 erstellt, daher wurde die Datei nicht verwendet. Versuchen Sie es später erneut, oder benachrichtigen Sie den Herausgeber.</translation>
+    </message>
+    <message>
+        <source>The version list from %1 was signed on %2, before the one already accepted (%3): an old list is being replayed, or the server is out of date. It was not used. Try again later.</source>
+        <translation>Die Versionsliste von %1 wurde am %2 signiert, vor der bereits angenommenen (%3): Eine alte Liste wird erneut ausgespielt, oder der Server ist nicht aktuell. Sie wurde nicht verwendet. Versuchen Sie es später erneut.</translation>
     </message>
 </context>
 <context>
@@ -361,6 +389,14 @@
     <message>
         <source>No program to show %1 was found.</source>
         <translation>Es wurde kein Programm gefunden, das %1 anzeigen kann.</translation>
+    </message>
+    <message>
+        <source>Downloads: not verified, the catalogue names no public key</source>
+        <translation>Downloads: nicht geprüft, der Katalog nennt keinen öffentlichen Schlüssel</translation>
+    </message>
+    <message>
+        <source>Downloads: signed, checked with the key %1</source>
+        <translation>Downloads: signiert, geprüft mit dem Schlüssel %1</translation>
     </message>
 </context>
 <context>

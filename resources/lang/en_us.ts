@@ -111,6 +111,14 @@
         <source>The interrupted reset of %1 could not be completed; see the log.</source>
         <translation>The interrupted reset of %1 could not be completed; see the log.</translation>
     </message>
+    <message>
+        <source>(mirror %1)</source>
+        <translation>(mirror %1)</translation>
+    </message>
+    <message>
+        <source>%1 not taken from mirror %2:</source>
+        <translation>%1 not taken from mirror %2:</translation>
+    </message>
 </context>
 <context>
     <name>CDataModel</name>
@@ -196,6 +204,26 @@
     <message>
         <source>The download could not be saved (%1). Free some disk space, or make the folder writable.</source>
         <translation>The download could not be saved (%1). Free some disk space, or make the folder writable.</translation>
+    </message>
+    <message>
+        <source>%1 has no signature for %2, so the file cannot be trusted and was not used. Try again later, or tell the publisher.</source>
+        <translation>%1 has no signature for %2, so the file cannot be trusted and was not used. Try again later, or tell the publisher.</translation>
+    </message>
+    <message>
+        <source>The signature of %2 from %1 did not match: the file was damaged or altered on its way and was not used. Try again later, or tell the publisher.</source>
+        <translation>The signature of %2 from %1 did not match: the file was damaged or altered on its way and was not used. Try again later, or tell the publisher.</translation>
+    </message>
+    <message>
+        <source>The signature of %2 from %1 did not match: it was made with a key this program does not trust, so the file was not used. Update Quillmark, or tell the publisher.</source>
+        <translation>The signature of %2 from %1 did not match: it was made with a key this program does not trust, so the file was not used. Update Quillmark, or tell the publisher.</translation>
+    </message>
+    <message>
+        <source>The signature of %2 from %1 did not match: it was made for %3, so the file was not used. Try again later, or tell the publisher.</source>
+        <translation>The signature of %2 from %1 did not match: it was made for %3, so the file was not used. Try again later, or tell the publisher.</translation>
+    </message>
+    <message>
+        <source>The version list from %1 was signed on %2, before the one already accepted (%3): an old list is being replayed, or the server is out of date. It was not used. Try again later.</source>
+        <translation>The version list from %1 was signed on %2, before the one already accepted (%3): an old list is being replayed, or the server is out of date. It was not used. Try again later.</translation>
     </message>
 </context>
 <context>
@@ -361,6 +389,14 @@
     <message>
         <source>No program to show %1 was found.</source>
         <translation>No program to show %1 was found.</translation>
+    </message>
+    <message>
+        <source>Downloads: not verified, the catalogue names no public key</source>
+        <translation>Downloads: not verified, the catalogue names no public key</translation>
+    </message>
+    <message>
+        <source>Downloads: signed, checked with the key %1</source>
+        <translation>Downloads: signed, checked with the key %1</translation>
     </message>
 </context>
 <context>

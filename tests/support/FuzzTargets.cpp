@@ -3,6 +3,7 @@
 #include "app/Application.h"
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
+#include "engine/CMinisign.h"
 #include "engine/CQMKVersion.h"
 #include "model/CDataModel.h"
 #include "model/CProduct.h"
@@ -306,16 +307,65 @@ QString macVersion(const QByteArray& bytes)
     return QString();
 }
 
+// A version list, the key it was signed with, and the two signatures minisign made of it (of its
+// hash, and of the list itself). The secret key is gone: nothing else can verify.
+const QByteArray kSignedList = "Revision: 1\n2104\n";
+const char* const kListKey = "RWS8dt9dtN27VmHs0ayLw/Ygc9oXoi+YvG9u4euaqpDgK63VzBPFW2h0";
+const QByteArray kListComment = "timestamp:1767225600\tfile:versionList.txt\tcycle:2104\trevision:1";
+const char* const kListSignatures[][2] = {
+    {"RUS8dt9dtN27Vi6qFaIy49nJPBV1kQ21VcDZSdYMDvznWGkvDLHjV5IhsURYK1MXB0sPTesZi0TqU5FQmbidE+LMAY3ey2zlFwQ=",
+     "ios/PPXSPWSuInF7E0Sjp8xEy9FOA/xKTkkUq7OXIUpRNfYW1eOp4E5a3bmjZb+Hh7gdP7EhGfbrP+ZJL9+aBg=="},
+    {"RWS8dt9dtN27VkuiNRq9q+KpaNgkfViVJvx+cVOeA6ZD2a5GcCRVwhEp1B0iD4cxn5IqaghYF9nO0bRoDz17cJKXZ/kg66JFMAk=",
+     "lTaGX36Xrz+EP3SgBeNKHQwNFrWctgJxm86w5IxijhjRxJXDRhLUZ5sklChwv91bktvpaAiYUdL+nTrxrbV9AA=="}};
+
+// A signature file as a server could send it, read and checked as the downloader does, against
+// the list above.
+QString minisig(const QByteArray& bytes)
+{
+    Workspace ws;
+    if (!ws.write(QStringLiteral("downloads/versionList.txt"), kSignedList))
+        return QStringLiteral("cannot write the signed list");
+    CMinisign::Signature signature;
+    QString problem;
+    if (!CMinisign::ParseSignature(bytes.left(CMinisign::MaxSignatureFileSize + 1), signature, &problem))
+        return problem.isEmpty() ? QStringLiteral("refused without saying why") : QString();
+    if (signature.keyId.size() != 8 || signature.signature.size() != 64 || signature.globalSignature.size() != 64 ||
+        signature.trustedComment.contains('\n'))
+        return QStringLiteral("taken with parts of the wrong size");
+
+    // What was taken is what was there: the same lines written again read back alike.
+    const QByteArray algorithm = signature.prehashed ? "ED" : "Ed";
+    const QByteArray again = "untrusted comment: x\n" + (algorithm + signature.keyId + signature.signature).toBase64() +
+                             "\ntrusted comment: " + signature.trustedComment + "\n" +
+                             signature.globalSignature.toBase64() + "\n";
+    CMinisign::Signature reread;
+    if (!CMinisign::ParseSignature(again, reread, &problem) || reread.signature != signature.signature ||
+        reread.trustedComment != signature.trustedComment || reread.prehashed != signature.prehashed)
+        return QStringLiteral("written again, the signature reads differently: ") + problem;
+
+    const QList<CMinisign::PublicKey> keys = CMinisign::ParsePublicKeys(QLatin1String(kListKey), nullptr);
+    if (CMinisign::Verify(ws.path(QStringLiteral("downloads/versionList.txt")), signature, keys, &problem) !=
+        CMinisign::EResult::Ok)
+        return problem.isEmpty() ? QStringLiteral("refused without saying why") : QString();
+    // Anything but minisign's own two signatures that verifies is a forgery.
+    const QByteArray line = (algorithm + signature.keyId + signature.signature).toBase64();
+    for (const auto& known : kListSignatures)
+        if (line == known[0] && signature.globalSignature.toBase64() == known[1] &&
+            signature.trustedComment == kListComment)
+            return CMinisign::CommentFields(signature.trustedComment).value(QStringLiteral("file")) ==
+                           QLatin1String("versionList.txt")
+                       ? QString()
+                       : QStringLiteral("the trusted comment does not name the file");
+    return QStringLiteral("a signature minisign did not make verifies: ") + QString::fromLatin1(bytes.toBase64());
+}
+
 struct Target
 {
     const char* name;
     FuzzTargets::Entry entry;
 };
-const Target kTargets[] = {{"catalogue", catalogue},
-                           {"settings", settings},
-                           {"cycle_info", cycleInfo},
-                           {"version_list", versionList},
-                           {"mac_version", macVersion}};
+const Target kTargets[] = {{"catalogue", catalogue},      {"settings", settings},      {"cycle_info", cycleInfo},
+                           {"version_list", versionList}, {"mac_version", macVersion}, {"minisig", minisig}};
 } // namespace
 
 namespace FuzzTargets {

@@ -13,7 +13,8 @@ using Entry = QString (*)(const QByteArray& bytes);
 
 // "catalogue" (bin/base_ini.xml), "settings" (bin/prop_ini.xml beside a fixed catalogue),
 // "cycle_info" (a product's file and its backup copy), "version_list" (the server's list, then the
-// same file as the local copy), "mac_version" (the download server's version file)
+// same file as the local copy), "mac_version" (the download server's version file), "minisig" (a
+// signature file, checked against a signed version list)
 QStringList names();
 // Null for an unknown name.
 Entry entry(const QString& name);

@@ -62,6 +62,8 @@ QByteArray SampleCatalogue::CatalogueXml() const
     }
     if (!server.isEmpty())
         xml.writeTextElement(QStringLiteral("Server"), server);
+    if (!publicKey.isEmpty())
+        xml.writeTextElement(QStringLiteral("PublicKey"), publicKey);
     if (!version.isEmpty())
         xml.writeTextElement(QStringLiteral("Version"), version);
     xml.writeEndElement();

@@ -37,6 +37,7 @@ public:
     QStringList categories{QStringLiteral("X-Plane 10"), QStringLiteral("X-Plane 11"), QStringLiteral("Selected")};
     QMap<QString, QString> categoryPaths; // category name -> simulator folder
     QString server;                       // host:port of the server; empty: the build's default
+    QString publicKey;                    // minisign key line; empty: downloads are not verified
     QString version = QStringLiteral("1.2.3"); // the program's version; empty: the build's own
     // The catalogue's own defaults turn both automatic checks off, so that no network request is
     // made even without settings; off, the program's defaults (both on) hold.

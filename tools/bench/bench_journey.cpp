@@ -9,17 +9,23 @@
 // their download, unzip and move phases and the processor time of their tools; unzip's system time
 // swings widely here between runs, and with it the ratio, so the download and move phases are also
 // compared on their own. Archives and previous trees are cached in /tmp.
+// Every file is signed, as a publisher serves it, and the program checks each signature. What that
+// costs is measured on its own as well, after each program run: the three archives verified again
+// as the downloader does (the files still in the page cache, as they are right after a download),
+// as a share of the program's update time in the same run.
 //   bench_journey [--mb N] [--runs N]
 
 #include "BenchInstallCache.h"
 #include "app/Application.h"
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
+#include "engine/CMinisign.h"
 #include "model/CDataModel.h"
 #include "model/CDialogRoute.h"
 #include "model/CProduct.h"
 #include "support/NginxServer.h"
 #include "support/SampleCatalogue.h"
+#include "support/SigningKey.h"
 #include "support/TempAppDir.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/VlCheckBox.h"
@@ -28,6 +34,7 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDateTime>
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -110,12 +117,31 @@ bool everyFileTwice(const QString& root, int files)
     return true;
 }
 
-bool programRun(const NginxServer& server, const TempAppDir& app, const QTemporaryDir& work, int files, Phases* phases)
+// Seconds to check the served archives' signatures the way the downloader does; negative when one fails.
+double verifyArchives(const NginxServer& server, const QString& publicKey)
+{
+    const QList<CMinisign::PublicKey> keys = CMinisign::ParsePublicKeys(publicKey, nullptr);
+    QElapsedTimer timer;
+    timer.start();
+    for (const QString& dataset : kDatasets) {
+        const QString archive = server.root() + QStringLiteral("/quillmark/1802/") + dataset + QStringLiteral(".zip");
+        CMinisign::Signature signature;
+        if (!CMinisign::ParseSignature(DatasetFiles::readFile(archive + QStringLiteral(".minisig")), signature,
+                                       nullptr) ||
+            CMinisign::Verify(archive, signature, keys, nullptr) != CMinisign::EResult::Ok)
+            return -1;
+    }
+    return timer.nsecsElapsed() / 1e9;
+}
+
+bool programRun(const NginxServer& server, const QString& publicKey, const TempAppDir& app, const QTemporaryDir& work,
+                int files, Phases* phases)
 {
     if (!previousCycles(work.path()))
         return false;
     SampleCatalogue catalogue;
     catalogue.server = server.hostAndPort();
+    catalogue.publicKey = publicKey;
     catalogue.datasets = kDatasets;
     for (const QString& dataset : kDatasets)
         for (const QString& copy : kCopies)
@@ -257,14 +283,25 @@ int main(int argc, char** argv)
             return 1;
 
     NginxServer server;
+    SigningKey key;
     const QString served = server.root() + QStringLiteral("/quillmark");
     QDir().mkpath(served + QStringLiteral("/1802"));
-    if (!DatasetFiles::writeFile(served + QStringLiteral("/versionList.txt"), "Revision: 1\n1802\n"))
+    const QString now = QStringLiteral("timestamp:") + QString::number(QDateTime::currentSecsSinceEpoch());
+    if (!key.isValid() ||
+        !DatasetFiles::writeFile(served + QStringLiteral("/versionList.txt"), "Revision: 1\n1802\n") ||
+        !key.sign(served + QStringLiteral("/versionList.txt"), {now, QStringLiteral("file:versionList.txt")}))
         return 1;
-    for (const QString& dataset : kDatasets)
+    for (const QString& dataset : kDatasets) {
+        const QString archive = served + QStringLiteral("/1802/") + dataset + QStringLiteral(".zip");
         if (!run(QStringLiteral("ln ") + quote(cacheOf(dataset) + QStringLiteral("/DS.zip")) + QLatin1Char(' ') +
-                 quote(served + QStringLiteral("/1802/") + dataset + QStringLiteral(".zip"))))
+                 quote(archive)) ||
+            !key.sign(archive,
+                      {now, QStringLiteral("file:") + dataset + QStringLiteral(".zip"), QStringLiteral("cycle:1802"),
+                       QStringLiteral("revision:1"), QStringLiteral("dataset:") + dataset})) {
+            std::fprintf(stderr, "cannot serve or sign %s\n", qPrintable(archive));
             return 1;
+        }
+    }
     if (!server.start()) {
         std::fprintf(stderr, "nginx: %s\n", qPrintable(server.errorString()));
         return 1;
@@ -273,7 +310,7 @@ int main(int argc, char** argv)
                 qPrintable(server.hostAndPort()));
     std::fflush(stdout);
 
-    QVector<double> ratios, ownRatios;
+    QVector<double> ratios, ownRatios, verifyShares;
     double bestProgram = 1e99, bestShell = 1e99;
     for (int i = 0; i < runs; ++i) {
         Phases program, shell;
@@ -284,17 +321,23 @@ int main(int argc, char** argv)
         QTemporaryDir shellWork(QStringLiteral("/tmp/bench_journey_XXXXXX"));
         bool ok = true;
         if (i % 2 == 0) {
-            ok = programRun(server, app, programWork, files, &program) && shellRun(server, shellWork, files, &shell);
+            ok = programRun(server, key.publicKey(), app, programWork, files, &program) &&
+                 shellRun(server, shellWork, files, &shell);
         } else {
-            ok = shellRun(server, shellWork, files, &shell) && programRun(server, app, programWork, files, &program);
+            ok = shellRun(server, shellWork, files, &shell) &&
+                 programRun(server, key.publicKey(), app, programWork, files, &program);
         }
-        if (!ok)
+        const double verify = ok ? verifyArchives(server, key.publicKey()) : -1;
+        if (!ok || verify < 0)
             return 1;
         const double ratio = program.total() / shell.total();
         std::printf("\nrun %d: program %.2f s, shell curl + unzip + mv %.2f s, ratio %.2fx\n", i + 1, program.total(),
                     shell.total(), ratio);
         printPhases("program", program);
         printPhases("shell", shell);
+        verifyShares.append(verify / program.total());
+        std::printf("  signatures of the 3 archives checked again: %.3f s, %.1f %% of the program's update\n", verify,
+                    100 * verifyShares.last());
         std::fflush(stdout);
         ratios.append(ratio);
         ownRatios.append((program.download + program.move) / (shell.download + shell.move));
@@ -303,6 +346,9 @@ int main(int argc, char** argv)
     }
     std::sort(ratios.begin(), ratios.end());
     std::sort(ownRatios.begin(), ownRatios.end());
+    std::sort(verifyShares.begin(), verifyShares.end());
+    std::printf("\nsignature checks: median %.1f %% of the update time (target at most 5 %%)\n",
+                100 * verifyShares.at(verifyShares.size() / 2));
     // The same unzip binary takes most of the time on both sides; what is left is the program's own.
     std::printf("\ndownload and move phases alone: median ratio %.2fx\n", ownRatios.at(ownRatios.size() / 2));
     std::printf("update of 3 x %d MB into 6 products, %d runs: median ratio %.2fx, best %.2fx (target at most 1.15x); "

@@ -1,19 +1,24 @@
 #!/bin/sh
-# Writes a demo cycle for the demo server's folder: DIR/quillmark/versionList.txt and one
-# password-protected archive per dataset, DIR/quillmark/<cycle>/<dataset>.zip, laid out for the
-# install paths of the demo catalogue (base_ini.xml.in).
+# Writes a demo cycle for the demo server's folder with tools/publish.sh: DIR/quillmark/versionList.txt
+# and one password-protected archive per dataset, DIR/quillmark/<cycle>/<dataset>.zip, laid out for
+# the install paths of the demo catalogue (base_ini.xml.in), each signed beside it (.minisig).
 #   make-demo-cycle.sh DIR [DATASET...]
 # Datasets: xplane_native fmc_procedures orbital_route_planner (all three when none are given).
-# CYCLE (default 2102) and REVISION (default 1) choose the cycle offered.
+# CYCLE (default 2102) and REVISION (default 1) choose the cycle offered. DEMO_KEY names the
+# minisign secret key (default: quillmark-demo.key beside DIR, made when missing, never inside the
+# served folder); the demo catalogue must name its public key.
 set -eu
 
 if [ $# -lt 1 ] || [ -z "$1" ]; then
     echo "usage: $0 DIR [DATASET...]" >&2
     exit 2
 fi
-command -v zip >/dev/null 2>&1 || { echo "$0: the zip tool is needed" >&2; exit 1; }
 dir=$1
 shift
+here=$(cd "$(dirname "$0")" && pwd)
+key=${DEMO_KEY:-$(dirname "$dir")/quillmark-demo.key}
+command -v minisign >/dev/null 2>&1 || { echo "$0: the minisign tool is needed" >&2; exit 1; }
+[ -f "$key" ] || minisign -G -W -p "${key%.key}.pub" -s "$key" >/dev/null
 [ $# -gt 0 ] || set -- xplane_native fmc_procedures orbital_route_planner
 cycle=${CYCLE:-2102}
 revision=${REVISION:-1}
@@ -44,17 +49,11 @@ folder() {
     printf 'SID DEMO1 RW16L\nSTAR DEMO2 RW34R\n' >"$stage/$ds/$1/SIDSTARS/KSEA.txt"
 }
 
-mkdir -p "$dir/quillmark/$cycle"
 for ds in "$@"; do
     case "$ds" in
         xplane_native) folder xp11; folder xp10 ;;
         fmc_procedures) folder larkspur; folder kestrel; folder tern; folder heron ;;
         orbital_route_planner) folder orpx ;;
     esac
-    archive=$(cd "$dir/quillmark/$cycle" && pwd)/$ds.zip
-    rm -f "$archive"
-    (cd "$stage/$ds" && zip -q -r -P pralvek "$archive" .)
-    echo "wrote $archive"
 done
-printf 'Revision: %s\n%s\n' "$revision" "$cycle" >"$dir/quillmark/versionList.txt"
-echo "wrote $dir/quillmark/versionList.txt (cycle $cycle, revision $revision)"
+"$here/../publish.sh" -k "$key" -c "$cycle" -r "$revision" "$stage" "$dir"

@@ -5,6 +5,9 @@
 # The archive holds the folder VL_QUILLMARK_V124_MAC with the new application bundle
 # (VL_QUILLMARK_V124.app), the updater qmk_au.app and a readme.
 #
+# Both are signed beside them (.minisig) with tools/publish.sh and the key DEMO_KEY (default:
+# quillmark-demo.key beside DIR, made when missing).
+#
 # usage: make-demo-release.sh DIR [VERSION-DIGITS]
 set -eu
 
@@ -19,9 +22,9 @@ if [ $# -eq 2 ]; then
     version=$2
 else
     # One step above the version the program reports: the catalogue's <Version> (1.2.3 gives 124).
-    current=$(sed -n 's:.*<Version>\([0-9.]*\)</Version>.*:\1:p' "$here/../../resources/bin/base_ini.xml" | head -n 1)
+    current=$(sed -n 's:.*<Version>\([0-9.]*\)</Version>.*:\1:p' "$here/../../resources/bin/base_ini.xml.in" | head -n 1)
     if [ -z "$current" ]; then
-        echo "$0: no <Version> in resources/bin/base_ini.xml; give the version digits as the second argument" >&2
+        echo "$0: no <Version> in resources/bin/base_ini.xml.in; give the version digits as the second argument" >&2
         exit 1
     fi
     version=$(( $(echo "$current" | tr -d .) + 1 ))
@@ -29,11 +32,11 @@ fi
 case $version in
     ''|*[!0-9A-Za-z]*) echo "$0: version must be letters and digits, got \"$version\"" >&2; exit 2 ;;
 esac
-command -v zip >/dev/null || { echo "$0: zip not found on PATH" >&2; exit 1; }
+command -v minisign >/dev/null || { echo "$0: minisign not found on PATH" >&2; exit 1; }
+key=${DEMO_KEY:-$(dirname "$dir")/quillmark-demo.key}
+[ -f "$key" ] || minisign -G -W -p "${key%.key}.pub" -s "$key" >/dev/null
 
 name=VL_QUILLMARK_V${version}_MAC
-target=$dir/downloads/quillmark
-mkdir -p "$target"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -46,8 +49,4 @@ chmod +x "$work/$name/qmk_au.app/Contents/MacOS/qmk_au"
 printf 'Demo Quillmark %s\n' "$version" > "$work/$name/VL_QUILLMARK_V${version}.app/Contents/MacOS/Quillmark"
 printf 'Quillmark demo release %s.\nOpen qmk_au.app to install it.\n' "$version" > "$work/$name/readme.txt"
 
-rm -f "$target/$name.zip"
-(cd "$work" && zip -qr "$name.zip" "$name")
-mv "$work/$name.zip" "$target/$name.zip"
-printf '%s\n' "$version" > "$target/mac_version.txt"
-echo "Release $version: $target/mac_version.txt and $target/$name.zip"
+"$here/../publish.sh" -k "$key" -R "$work/$name" -v "$version" "" "$dir"

@@ -3,7 +3,8 @@
 # demo catalogue (base_ini.xml.in) points at, each in a different install state.
 #   make-demo-sims.sh DEMO_SIM_ROOT [PROGRAM_DIR]
 # With PROGRAM_DIR, the demo catalogue is also written to PROGRAM_DIR/bin/base_ini.xml, naming the
-# server DEMO_SERVER (host:port, default 127.0.0.1:8470).
+# server DEMO_SERVER (host:port, default 127.0.0.1:8470) and the public key DEMO_PUBLIC_KEY (the key
+# line of a minisign .pub file; without it the demo program takes downloads unchecked).
 set -eu
 
 if [ $# -lt 1 ] || [ -z "$1" ]; then
@@ -52,6 +53,7 @@ if [ $# -ge 2 ]; then
     mkdir -p "$2/bin"
     sed -e "s|@DEMO_SIM_ROOT@|$(replacement "$root")|g" \
         -e "s|@DEMO_SERVER@|$(replacement "${DEMO_SERVER:-127.0.0.1:8470}")|g" \
+        -e "s|@DEMO_PUBLIC_KEY@|$(replacement "${DEMO_PUBLIC_KEY:-}")|g" \
         "$here/base_ini.xml.in" >"$2/bin/base_ini.xml"
     printf 'demo catalogue written to %s\n' "$2/bin/base_ini.xml"
 fi

@@ -5,7 +5,8 @@ QMK_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 QMK_BUILD=${QMK_BUILD:-$QMK_ROOT/build}
 
 QMK_PACKAGES=(g++ make cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
-              qt5-image-formats-plugins qttranslations5-l10n zip unzip curl openssl fonts-dejavu-extra)
+              qt5-image-formats-plugins qttranslations5-l10n zip unzip curl openssl fonts-dejavu-extra
+              pkg-config libsodium-dev minisign)
 # g++'s sanitizer runtimes (normally already pulled in with g++).
 QMK_SANITIZE_PACKAGES=(libasan8 libubsan1)
 # clang with its sanitizer and libFuzzer runtimes.
