@@ -812,7 +812,7 @@ private slots:
                                             "did not match")
                                         .arg(dataset, bad);
             QVERIFY2(result.contains(refused), qPrintable(result));
-            QVERIFY2(result.contains(" + Download success " + dataset + ".zip (mirror " + good + ")"),
+            QVERIFY2(result.contains(" + Downloaded " + dataset + ".zip (mirror " + good + ")"),
                      qPrintable(result));
             QVERIFY(tampered.accessLog().contains("POST /quillmark/1802/" + dataset.toUtf8() + ".zip HTTP/1.1\" 200"));
         }
