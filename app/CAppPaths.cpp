@@ -37,8 +37,7 @@ Decision decide()
                            QFileInfo(program + QStringLiteral("/log")).isDir());
     st_decision.programFolder = program;
     st_decision.portable = portable;
-    st_decision.dataFolder =
-        portable ? program : QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    st_decision.dataFolder = portable ? program : QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
     st_decided = true;
     return st_decision;
 }

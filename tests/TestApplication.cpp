@@ -1,4 +1,5 @@
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "support/TempAppDir.h"
 
 #include <QDir>
@@ -90,6 +91,48 @@ private slots:
         TempAppDir app;
         Application::loadTranslations(QDir(app.path()), QStringLiteral("de_DE"));
         QCOMPARE(Application::GetLanguage(), QStringLiteral("en_US"));
+    }
+
+    // Which folder takes the user's settings, logs and downloads, and where the shipped files are.
+    void folders_data()
+    {
+        QTest::addColumn<QString>("program"); // below a fresh folder
+        QTest::addColumn<QString>("holds");   // made below the program folder
+        QTest::addColumn<bool>("portable");
+        QTest::addColumn<QString>("shipped"); // relative to the program folder
+        QTest::newRow("settings of their own") << "app"
+                                               << "bin/prop_ini.xml" << true << ".";
+        QTest::newRow("nothing of the user's") << "app"
+                                               << "bin/base_ini.xml" << false << ".";
+        QTest::newRow("macOS bundle") << "Quillmark.app/Contents/MacOS"
+                                      << "../Resources/bin/base_ini.xml" << false << "../Resources";
+    }
+    void folders()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, holds);
+        QFETCH(bool, portable);
+        QFETCH(QString, shipped);
+        QTemporaryDir work;
+        const QString folder = work.path() + "/" + program;
+        QVERIFY(QDir().mkpath(QFileInfo(folder + "/" + holds).absolutePath()));
+        QFile file(folder + "/" + holds);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        const QByteArray previousData = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", work.path().toUtf8() + "/data");
+        const QString previous = Application::st_strAppPath;
+        Application::st_strAppPath = folder;
+        const QString data = portable ? folder : work.path() + "/data/" + QCoreApplication::applicationName();
+        const QString settings = CAppPaths::SettingsFile(), logs = CAppPaths::LogFolder();
+        const QString downloads = CAppPaths::DownloadFolder(), catalogue = CAppPaths::CatalogueFile();
+        Application::st_strAppPath = previous;
+        qputenv("XDG_DATA_HOME", previousData);
+
+        QCOMPARE(settings, data + (portable ? "/bin/prop_ini.xml" : "/prop_ini.xml"));
+        QCOMPARE(logs, data + "/log");
+        QCOMPARE(downloads, data + "/downloads");
+        QCOMPARE(catalogue, QDir::cleanPath(folder + "/" + shipped) + "/bin/base_ini.xml");
     }
 
     void restartLoop_data()

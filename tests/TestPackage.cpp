@@ -147,8 +147,8 @@ private slots:
 
     void declaresWhatItNeeds()
     {
-        QString depends, metainfo = QString::fromUtf8(
-                              readFile(root() + "/usr/share/metainfo/" + kAppId + ".metainfo.xml"));
+        QString depends,
+            metainfo = QString::fromUtf8(readFile(root() + "/usr/share/metainfo/" + kAppId + ".metainfo.xml"));
         QVERIFY(run("dpkg-deb", {"-f", m_deb, "Depends"}, &depends) == 0);
         for (const char* package : {"unzip", "zip", "libqt5widgets5", "libqt5network5"})
             QVERIFY2(QRegularExpression(QString("(^|, )%1( |,|$)").arg(package)).match(depends.trimmed()).hasMatch(),
@@ -215,8 +215,8 @@ private slots:
         environment.insert("XDG_CACHE_HOME", home + "/.cache");
         environment.insert("XDG_RUNTIME_DIR", m_work.path() + "/runtime");
         QVERIFY(QDir().mkpath(m_work.path() + "/runtime"));
-        QVERIFY(QFile::setPermissions(m_work.path() + "/runtime", QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                                                      QFileDevice::ExeOwner));
+        QVERIFY(QFile::setPermissions(m_work.path() + "/runtime",
+                                      QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
 
         // The installed command itself starts from the read-only folder and logs into the home.
         QVERIFY(writeFile(data + "/prop_ini.xml", userSettings(simulator, server.hostAndPort(), false)));
@@ -224,8 +224,8 @@ private slots:
         command.setProcessEnvironment(environment);
         command.start(root() + "/usr/bin/quillmark", QStringList());
         QVERIFY(command.waitForStarted());
-        QTRY_VERIFY_WITH_TIMEOUT(readFile(data + "/log/log_datamodel.txt").contains("User data folder: " + data.toUtf8()),
-                                 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            readFile(data + "/log/log_datamodel.txt").contains("User data folder: " + data.toUtf8()), 60000);
         command.kill();
         command.waitForFinished();
 
