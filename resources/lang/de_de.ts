@@ -347,6 +347,22 @@
         <source>No program to show %1 was found.</source>
         <translation>Es wurde kein Programm gefunden, das %1 anzeigen kann.</translation>
     </message>
+    <message>
+        <source>Downloads: %1</source>
+        <translation>Downloads: %1</translation>
+    </message>
+    <message>
+        <source>Open log folder</source>
+        <translation>Protokollordner öffnen</translation>
+    </message>
+    <message>
+        <source>Copy diagnostics</source>
+        <translation>Diagnose kopieren</translation>
+    </message>
+    <message>
+        <source>Diagnostics copied to the clipboard.</source>
+        <translation>Diagnose in die Zwischenablage kopiert.</translation>
+    </message>
 </context>
 <context>
     <name>DlgRemoveBackup</name>

@@ -347,6 +347,22 @@
         <source>No program to show %1 was found.</source>
         <translation>No program to show %1 was found.</translation>
     </message>
+    <message>
+        <source>Downloads: %1</source>
+        <translation>Downloads: %1</translation>
+    </message>
+    <message>
+        <source>Open log folder</source>
+        <translation>Open log folder</translation>
+    </message>
+    <message>
+        <source>Copy diagnostics</source>
+        <translation>Copy diagnostics</translation>
+    </message>
+    <message>
+        <source>Diagnostics copied to the clipboard.</source>
+        <translation>Diagnostics copied to the clipboard.</translation>
+    </message>
 </context>
 <context>
     <name>DlgRemoveBackup</name>
