@@ -436,8 +436,10 @@ bool CDataModel::Save()
     // Written aside and renamed over the old file only when complete, so a failed or interrupted
     // save leaves the previous settings whole.
     const QString path = CAppPaths::SettingsFile();
-    // The user's data folder does not exist before the first run that saves.
-    QDir().mkpath(QFileInfo(path).absolutePath());
+    // The user's data folder does not exist before the first run that saves. A portable folder's
+    // "bin" holds the catalogue; if it has gone, saving fails rather than make a new one.
+    if (!CAppPaths::IsPortable())
+        QDir().mkpath(CAppPaths::DataFolder());
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         m_log.WriteString(QStringLiteral("!!ERROR cannot write ") + path + QStringLiteral(": ") + file.errorString(),

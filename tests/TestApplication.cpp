@@ -115,7 +115,7 @@ private slots:
         QFETCH(QString, shipped);
         QTemporaryDir work;
         const QString folder = work.path() + "/" + program;
-        QVERIFY(QDir().mkpath(QFileInfo(folder + "/" + holds).absolutePath()));
+        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(QFileInfo(folder + "/" + holds).absolutePath()));
         QFile file(folder + "/" + holds);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
