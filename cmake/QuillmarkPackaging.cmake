@@ -76,7 +76,8 @@ add_custom_target(quillmark_icons ALL DEPENDS ${QMK_ICON_PNGS} ${QMK_ICNS})
 # The package test packs this build and runs a probe from the installed program folder.
 if(TARGET TestPackage)
     target_compile_definitions(TestPackage PRIVATE QMK_BINARY_DIR="${CMAKE_BINARY_DIR}"
-        QMK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QMK_CPACK="${CMAKE_CPACK_COMMAND}" QMK_APP_ID="${QUILLMARK_APP_ID}")
+        QMK_SOURCE_DIR="${CMAKE_SOURCE_DIR}" QMK_CPACK="${CMAKE_CPACK_COMMAND}" QMK_CMAKE="${CMAKE_COMMAND}"
+        QMK_APP_ID="${QUILLMARK_APP_ID}" $<$<BOOL:${QUILLMARK_SANITIZE}>:QMK_SANITIZED>)
     add_dependencies(TestPackage Quillmark probe_update manual quillmark_icons quillmark_docs)
 endif()
 
