@@ -1,6 +1,7 @@
 #include "ui/wdgBackupLocal.h"
 
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QVBoxLayout>
 
 namespace {
@@ -104,6 +106,14 @@ QString wdgBackupLocal::GetVelmoraDir(QString path)
     return dir;
 }
 
+QString wdgBackupLocal::StartFolder()
+{
+    // Above an installed program folder (/usr/lib/quillmark) lies nothing the user may write.
+    if (!CAppPaths::IsPortable())
+        return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return GetVelmoraDir(Application::st_strAppPath);
+}
+
 QString wdgBackupLocal::GetStatusText() const
 {
     return m_pStatus->text();
@@ -131,7 +141,7 @@ void wdgBackupLocal::ClickedCreateBackup()
     }
     FileRequest request;
     request.title = tr("Create backup");
-    request.startDir = GetVelmoraDir(Application::st_strAppPath);
+    request.startDir = StartFolder();
     request.proposedName = QStringLiteral("Quillmark_") + CDSVersion::cutDig(m_pEngine->GetLocalVersionText()) +
                            QLatin1Char('_') + m_pEngine->GetLocalRevision() + QStringLiteral(".zip");
     request.save = true;
@@ -148,7 +158,7 @@ void wdgBackupLocal::ClickedLoadBackup()
         return;
     FileRequest request;
     request.title = tr("Load backup");
-    request.startDir = GetVelmoraDir(Application::st_strAppPath);
+    request.startDir = StartFolder();
     const QString path = AskFile(request);
     if (path.isEmpty())
         return;
