@@ -93,46 +93,41 @@ private slots:
         QCOMPARE(Application::GetLanguage(), QStringLiteral("en_US"));
     }
 
-    // Which folder takes the user's settings, logs and downloads, and where the shipped files are.
+    // Where the shipped files are read and whether the user's files stay beside them. An installed
+    // folder, which keeps nothing of the user's, is TestPackage's.
     void folders_data()
     {
-        QTest::addColumn<QString>("program"); // below a fresh folder
-        QTest::addColumn<QString>("holds");   // made below the program folder
-        QTest::addColumn<bool>("portable");
-        QTest::addColumn<QString>("shipped"); // relative to the program folder
+        QTest::addColumn<QString>("program");   // below a fresh folder
+        QTest::addColumn<QString>("catalogue"); // relative to the program folder, made there
+        QTest::addColumn<bool>("settings");     // bin/prop_ini.xml there too
         QTest::newRow("settings of their own") << "app"
-                                               << "bin/prop_ini.xml" << true << ".";
-        QTest::newRow("nothing of the user's") << "app"
-                                               << "bin/base_ini.xml" << false << ".";
+                                               << "bin/base_ini.xml" << true;
         QTest::newRow("macOS bundle") << "Quillmark.app/Contents/MacOS"
-                                      << "../Resources/bin/base_ini.xml" << false << "../Resources";
+                                      << "../Resources/bin/base_ini.xml" << false;
     }
     void folders()
     {
         QFETCH(QString, program);
-        QFETCH(QString, holds);
-        QFETCH(bool, portable);
-        QFETCH(QString, shipped);
+        QFETCH(QString, catalogue);
+        QFETCH(bool, settings);
         QTemporaryDir work;
         const QString folder = work.path() + "/" + program;
-        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(QFileInfo(folder + "/" + holds).absolutePath()));
-        QFile file(folder + "/" + holds);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.close();
-        const QByteArray previousData = qgetenv("XDG_DATA_HOME");
-        qputenv("XDG_DATA_HOME", work.path().toUtf8() + "/data");
+        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(QFileInfo(folder + "/" + catalogue).absolutePath()));
+        for (const QString& file : settings ? QStringList{catalogue, "bin/prop_ini.xml"} : QStringList{catalogue}) {
+            QFile made(folder + "/" + file);
+            QVERIFY(made.open(QIODevice::WriteOnly));
+        }
         const QString previous = Application::st_strAppPath;
         Application::st_strAppPath = folder;
-        const QString data = portable ? folder : work.path() + "/data/" + QCoreApplication::applicationName();
-        const QString settings = CAppPaths::SettingsFile(), logs = CAppPaths::LogFolder();
-        const QString downloads = CAppPaths::DownloadFolder(), catalogue = CAppPaths::CatalogueFile();
+        const QStringList paths{CAppPaths::CatalogueFile(), CAppPaths::SettingsFile(), CAppPaths::LogFolder(),
+                                CAppPaths::DownloadFolder()};
+        const bool portable = CAppPaths::IsPortable();
         Application::st_strAppPath = previous;
-        qputenv("XDG_DATA_HOME", previousData);
 
-        QCOMPARE(settings, data + (portable ? "/bin/prop_ini.xml" : "/prop_ini.xml"));
-        QCOMPARE(logs, data + "/log");
-        QCOMPARE(downloads, data + "/downloads");
-        QCOMPARE(catalogue, QDir::cleanPath(folder + "/" + shipped) + "/bin/base_ini.xml");
+        QCOMPARE(paths.at(0), QDir::cleanPath(folder + "/" + catalogue));
+        QCOMPARE(portable, settings);
+        if (portable)
+            QCOMPARE(paths.mid(1), (QStringList{folder + "/bin/prop_ini.xml", folder + "/log", folder + "/downloads"}));
     }
 
     void restartLoop_data()

@@ -5,10 +5,10 @@
 QMK_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 QMK_BUILD=${QMK_BUILD:-$QMK_ROOT/build}
 
-# icnsutils packs the macOS icon; dpkg-dev names the libraries a .deb depends on.
+# icnsutils packs the macOS icon; dpkg-dev and file let CPack name the libraries a .deb depends on.
 QMK_PACKAGES=(g++ make cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
               qt5-image-formats-plugins qttranslations5-l10n zip unzip curl openssl fonts-dejavu-extra
-              icnsutils dpkg-dev)
+              icnsutils dpkg-dev file)
 # The checks a .deb must pass.
 QMK_PACKAGE_CHECK_PACKAGES=(lintian desktop-file-utils appstream)
 # g++'s sanitizer runtimes (normally already pulled in with g++).
