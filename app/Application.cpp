@@ -28,6 +28,8 @@ QString Application::m_strLanguage;
 
 Application::Application(int& argc, char** argv) : QApplication(argc, argv)
 {
+    // The name picks the user's data folder; a probe or a renamed executable must find the same one.
+    QCoreApplication::setApplicationName(QStringLiteral("Quillmark"));
     QCoreApplication::setApplicationVersion(QStringLiteral("MPLET"));
     st_strVersion = QStringLiteral("MPLET");
     st_strAppPath = QCoreApplication::applicationDirPath();

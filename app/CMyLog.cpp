@@ -1,6 +1,6 @@
 #include "app/CMyLog.h"
 
-#include "app/Application.h"
+#include "app/CAppPaths.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -79,7 +79,7 @@ QString CMyLog::GetFilePath() const
 
 QString CMyLog::CreateLogDirectory()
 {
-    const QString dir = Application::st_strAppPath + QLatin1Char('/') + QStringLiteral("log");
+    const QString dir = CAppPaths::LogFolder();
     if (!QDir(dir).exists())
         QDir().mkpath(dir);
     return dir;

@@ -3,8 +3,8 @@
 #include <QObject>
 #include <QString>
 
-// One plain-text log file in the folder "log" under the program's folder. Every entry rewrites
-// the file, so nothing is held open between writes.
+// One plain-text log file in the folder "log" (CAppPaths::LogFolder). Every entry rewrites the
+// file, so nothing is held open between writes.
 class CMyLog : public QObject
 {
     Q_OBJECT

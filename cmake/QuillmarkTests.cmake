@@ -26,8 +26,10 @@ function(quillmark_add_test name)
     target_link_libraries(${name} PRIVATE quillmark_testsupport)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    # Tests keep to portable program folders. One that strays into the user's data folder fails to
+    # write there rather than filling the real home: a path below a plain file cannot be made.
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QMK_TEST_SOURCE_DIR=${CMAKE_SOURCE_DIR}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QMK_TEST_SOURCE_DIR=${CMAKE_SOURCE_DIR};XDG_DATA_HOME=/dev/null/xdg-data"
         TIMEOUT 600)
 endfunction()
 

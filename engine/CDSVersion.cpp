@@ -1,6 +1,6 @@
 #include "engine/CDSVersion.h"
 
-#include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "model/CFileTree.h"
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
@@ -223,7 +223,7 @@ void CDSVersion::Init(const QString& version)
 
 void CDSVersion::InitDownloadDirectory()
 {
-    m_strDownloadDir = Application::st_strAppPath + QStringLiteral("/downloads");
+    m_strDownloadDir = CAppPaths::DownloadFolder();
     if (!QDir(m_strDownloadDir).exists())
         QDir().mkpath(m_strDownloadDir);
     m_strCycleDir = m_strDownloadDir + QLatin1Char('/') + QLatin1String(st_cycleFolderName);

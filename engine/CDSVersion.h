@@ -80,6 +80,8 @@ public:
     void InitNewDSVersion(const QString& version);
     QString InitLocalVersion();
     static QString cutDig(const QString& text);
+    // The text with the dataset archives' password replaced by ****, for what users send on.
+    static QString MaskArchivePassword(QString text);
     bool CheckNewVersionRevision();
     // A version with digits was offered and it differs from the local one.
     bool NewDSVersionAvailable();

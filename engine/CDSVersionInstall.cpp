@@ -1,6 +1,6 @@
 #include "engine/CDSVersion.h"
 
-#include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "app/CMessageBox.h"
 #include "engine/CRunJournal.h"
 #include "engine/CToolCommand.h"
@@ -18,6 +18,11 @@ namespace {
 const char* const kArchivePassword = "pralvek";
 
 } // namespace
+
+QString CDSVersion::MaskArchivePassword(QString text)
+{
+    return text.replace(QLatin1String(kArchivePassword), QStringLiteral("****"));
+}
 
 CProduct* CDSVersion::CurrentInstallProduct() const
 {
@@ -165,7 +170,7 @@ bool CDSVersion::StartUnzip(const QString& archive, const QString& target, bool)
     // Nobody reads unzip's listing of every file, so it goes nowhere instead of into a buffer.
     m_pUnzipProcess->setStandardOutputFile(QProcess::nullDevice());
     CToolCommand command(QStringLiteral("unzip"));
-    command.arg(QStringLiteral("-o")).arg(QStringLiteral("-P")).arg(QLatin1String(kArchivePassword));
+    command.arg(QStringLiteral("-o")).arg(QStringLiteral("-P")).secret(QLatin1String(kArchivePassword));
     command.quoted(archive).arg(QStringLiteral("-d")).quoted(target);
     m_log.WriteString(command.commandLine(), false);
     if (!command.start(m_pUnzipProcess)) {
@@ -178,7 +183,7 @@ bool CDSVersion::StartUnzip(const QString& archive, const QString& target, bool)
 
 void CDSVersion::CreateTempInstallDirectory()
 {
-    m_strTempInstallDir = Application::st_strAppPath + QStringLiteral("/downloads");
+    m_strTempInstallDir = CAppPaths::DownloadFolder();
     if (!QDir(m_strTempInstallDir).exists())
         QDir().mkpath(m_strTempInstallDir);
     m_strTempInstallDir += QStringLiteral("/temp");

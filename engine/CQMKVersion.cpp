@@ -1,6 +1,7 @@
 #include "engine/CQMKVersion.h"
 
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "app/CMessageBox.h"
 #include "engine/CFolderWalk.h"
 #include "engine/CToolCommand.h"
@@ -80,7 +81,7 @@ void CQMKVersion::SetTrustedKeys(const QList<CMinisign::PublicKey>& keys, bool v
 
 void CQMKVersion::InitDownloadDirectory()
 {
-    const QString dir = Application::st_strAppPath + QLatin1Char('/') + QStringLiteral("downloads");
+    const QString dir = CAppPaths::DownloadFolder();
     if (!QDir(dir).exists()) {
         QDir().mkpath(dir);
     } else {

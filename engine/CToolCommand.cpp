@@ -19,6 +19,13 @@ CToolCommand& CToolCommand::quoted(const QString& argument)
     return *this;
 }
 
+CToolCommand& CToolCommand::secret(const QString& argument)
+{
+    m_arguments << argument;
+    m_commandLine += QStringLiteral(" ****");
+    return *this;
+}
+
 bool CToolCommand::isAvailable() const
 {
     return !QStandardPaths::findExecutable(m_program).isEmpty();

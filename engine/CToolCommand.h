@@ -18,6 +18,8 @@ public:
     CToolCommand& arg(const QString& argument);
     // Appends an argument shown in double quotes in the command line: "archive.zip"
     CToolCommand& quoted(const QString& argument);
+    // Appends an argument shown as **** in the command line: users send their logs to support.
+    CToolCommand& secret(const QString& argument);
 
     QString program() const { return m_program; }
     QStringList arguments() const { return m_arguments; }

@@ -1,6 +1,7 @@
 #include "model/CDataModel.h"
 
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "app/CMessageBox.h"
 #include "model/CCategory.h"
 #include "model/CDialogRoute.h"
@@ -9,6 +10,7 @@
 #include "model/CXmlSection.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -41,6 +43,10 @@ CDataModel::CDataModel(QObject* parent) : QObject(parent)
 {
     m_log.SetFileName(QStringLiteral("log_datamodel.txt"));
     m_log.WriteString(QStringLiteral("Init"), true);
+    m_log.WriteString(QStringLiteral("Program folder: ") + CAppPaths::ShippedFolder(), false);
+    m_log.WriteString(QStringLiteral("User data folder: ") + CAppPaths::DataFolder() +
+                          (CAppPaths::IsPortable() ? QStringLiteral(" (portable)") : QString()),
+                      false);
     // Settings without the switches leave the engine's own defaults.
     m_dsEngineFlags = GetPendingDSEngineFlags();
 }
@@ -54,16 +60,6 @@ CDataModel::~CDataModel()
     m_products.Clear();
     m_categories.Clear();
     m_log.WriteString(QStringLiteral("Clear"), false);
-}
-
-QString CDataModel::CatalogueFilePath()
-{
-    return Application::st_strAppPath + QStringLiteral("/bin/base_ini.xml");
-}
-
-QString CDataModel::SettingsFilePath()
-{
-    return Application::st_strAppPath + QStringLiteral("/bin/prop_ini.xml");
 }
 
 void CDataModel::Init(QString version)
@@ -298,7 +294,7 @@ void CDataModel::ApplyDSEngineFlags()
 
 bool CDataModel::InitBase()
 {
-    if (!ReadFile(CatalogueFilePath(), true)) {
+    if (!ReadFile(CAppPaths::CatalogueFile(), true)) {
         CMessageBox::critical(tr("Couldn't open bin/base_ini.xml"), tr("Error! Init base"));
         return false;
     }
@@ -308,7 +304,7 @@ bool CDataModel::InitBase()
 void CDataModel::InitProp()
 {
     // On the first run there is no settings file: everything keeps its default.
-    ReadFile(SettingsFilePath(), false);
+    ReadFile(CAppPaths::SettingsFile(), false);
     ApplyDSEngineFlags();
 }
 
@@ -455,7 +451,11 @@ bool CDataModel::Save()
 
     // Written aside and renamed over the old file only when complete, so a failed or interrupted
     // save leaves the previous settings whole.
-    const QString path = SettingsFilePath();
+    const QString path = CAppPaths::SettingsFile();
+    // The user's data folder does not exist before the first run that saves. A portable folder's
+    // "bin" holds the catalogue; if it has gone, saving fails rather than make a new one.
+    if (!CAppPaths::IsPortable())
+        QDir().mkpath(CAppPaths::DataFolder());
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         m_log.WriteString(QStringLiteral("!!ERROR cannot write ") + path + QStringLiteral(": ") + file.errorString(),
@@ -510,7 +510,7 @@ void CDataModel::SaveApp(QXmlStreamWriter& xml)
 
 void CDataModel::RestoreQMKDefaultSettings()
 {
-    const QString path = SettingsFilePath();
+    const QString path = CAppPaths::SettingsFile();
     QFile file(path);
     if (file.exists() && !file.remove()) {
         m_log.WriteString(QStringLiteral("!!ERROR cannot delete ") + path + QStringLiteral(": ") + file.errorString(),

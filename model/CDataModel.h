@@ -121,9 +121,6 @@ public:
     // Registry lookup behind "$RegistryKey"; no registry here, so always empty.
     static QString GetRegistryValue(QString hive, QString keyPath, QString valueName);
 
-    static QString CatalogueFilePath();
-    static QString SettingsFilePath();
-
 signals:
     void SignalDownloadVersionFinished();
     void SignalCloseApplication();

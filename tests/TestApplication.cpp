@@ -1,4 +1,5 @@
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "support/TempAppDir.h"
 
 #include <QDir>
@@ -90,6 +91,43 @@ private slots:
         TempAppDir app;
         Application::loadTranslations(QDir(app.path()), QStringLiteral("de_DE"));
         QCOMPARE(Application::GetLanguage(), QStringLiteral("en_US"));
+    }
+
+    // Where the shipped files are read and whether the user's files stay beside them. An installed
+    // folder, which keeps nothing of the user's, is TestPackage's.
+    void folders_data()
+    {
+        QTest::addColumn<QString>("program");   // below a fresh folder
+        QTest::addColumn<QString>("catalogue"); // relative to the program folder, made there
+        QTest::addColumn<bool>("settings");     // bin/prop_ini.xml there too
+        QTest::newRow("settings of their own") << "app"
+                                               << "bin/base_ini.xml" << true;
+        QTest::newRow("macOS bundle") << "Quillmark.app/Contents/MacOS"
+                                      << "../Resources/bin/base_ini.xml" << false;
+    }
+    void folders()
+    {
+        QFETCH(QString, program);
+        QFETCH(QString, catalogue);
+        QFETCH(bool, settings);
+        QTemporaryDir work;
+        const QString folder = work.path() + "/" + program;
+        QVERIFY(QDir().mkpath(folder) && QDir().mkpath(QFileInfo(folder + "/" + catalogue).absolutePath()));
+        for (const QString& file : settings ? QStringList{catalogue, "bin/prop_ini.xml"} : QStringList{catalogue}) {
+            QFile made(folder + "/" + file);
+            QVERIFY(made.open(QIODevice::WriteOnly));
+        }
+        const QString previous = Application::st_strAppPath;
+        Application::st_strAppPath = folder;
+        const QStringList paths{CAppPaths::CatalogueFile(), CAppPaths::SettingsFile(), CAppPaths::LogFolder(),
+                                CAppPaths::DownloadFolder()};
+        const bool portable = CAppPaths::IsPortable();
+        Application::st_strAppPath = previous;
+
+        QCOMPARE(paths.at(0), QDir::cleanPath(folder + "/" + catalogue));
+        QCOMPARE(portable, settings);
+        if (portable)
+            QCOMPARE(paths.mid(1), (QStringList{folder + "/bin/prop_ini.xml", folder + "/log", folder + "/downloads"}));
     }
 
     void restartLoop_data()

@@ -22,6 +22,8 @@
 #include "ui/VlPushButton.h"
 #include "ui/wdgBackupLocal.h"
 
+#include <QClipboard>
+#include <QDesktopServices>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -93,6 +95,12 @@ class TestDialogs : public QObject
             QTest::mouseClick(button, Qt::LeftButton, Qt::NoModifier, button->rect().center());
         }
     };
+
+    QList<QUrl> m_opened;
+
+public slots:
+    // Stands in for the desktop's file opener.
+    void openedUrl(const QUrl& url) { m_opened << url; }
 
 private slots:
     void initTestCase()
@@ -466,25 +474,46 @@ private slots:
     void helpDialogLinksTheBuiltManual()
     {
         SampleRun run;
+        // A log of an older version, whose unzip lines still named the password.
+        QByteArray old;
+        for (int i = 1; i <= 250; ++i)
+            old += "\r\n10:00:00  --  line " + QByteArray::number(i) + (i == 240 ? " unzip -o -P pralvek" : "");
+        QVERIFY(run.app.writeFile("log/log_dsupdate.txt", old));
         QVERIFY(run.open());
-        QString link;
-        QString about;
+        QString link, about, status;
+        QList<QUrl> opened;
+        QDesktopServices::setUrlHandler("file", this, "openedUrl");
         run.driver.then([&](QDialog* dialog) {
             auto* help = static_cast<DlgHelp*>(dialog);
             link = help->GetManualLink()->text();
             about = help->GetAboutText()->text();
             // This program folder has no manual: the user is told where it was looked for.
             help->OpenManualSlot();
+            UserInput::click(help->GetLogFolderButton());
+            opened = m_opened;
+            UserInput::click(help->GetDiagnosticsButton());
+            status = help->GetStatusLabel()->text();
         });
         run.click(4);
+        QDesktopServices::unsetUrlHandler("file");
         QVERIFY2(link.contains("href=\"" + QUrl::fromLocalFile(run.app.path() + "/Manual.pdf").toString() + "\""),
                  qPrintable(link));
         QVERIFY(link.contains(">Open manual<"));
-        QVERIFY(about.contains(run.window->GetDataModel()->GetServer()));
+        const QString server = run.window->GetDataModel()->GetServer();
+        QVERIFY(about.contains(server));
         // The sample catalogue names no key, and the user is told that downloads go unchecked.
         QVERIFY(about.contains("Downloads: not verified, the catalogue names no public key"));
-        QVERIFY(about.contains(run.app.path() + "/bin/prop_ini.xml"));
-        QVERIFY(about.contains(run.app.path() + "/log"));
+        for (const char* path : {"/bin/prop_ini.xml", "/log", "/downloads"})
+            QVERIFY2(about.contains(run.app.path() + path), qPrintable(about));
+        QCOMPARE(opened, QList<QUrl>{QUrl::fromLocalFile(run.app.path() + "/log")});
+        QCOMPARE(status, QString("Diagnostics copied to the clipboard."));
+        const QString copied = QGuiApplication::clipboard()->text();
+        for (const QString& part :
+             QStringList{"Quillmark 1.2.3\n", "Server: " + server + "\n",
+                         "User data folder: " + run.app.path() + " (portable)\n",
+                         "== log_datamodel.txt (last 200 lines) ==\n", "line 100\n", "line 240 unzip -o -P ****\n"})
+            QVERIFY2(copied.contains(part), qPrintable(part + " not in:\n" + copied));
+        QVERIFY(!copied.contains("line 40\n") && !copied.contains("pralvek"));
         QCOMPARE(run.boxes.count(), 1);
         QCOMPARE(run.boxes.boxes().at(0).text, "The manual " + run.app.path() + "/Manual.pdf was not found.");
 

@@ -127,6 +127,7 @@ private slots:
     {
         // A plain file where the folder should be: neither the folder nor the log can be made.
         TempAppDir app;
+        QVERIFY(QDir(app.filePath(QStringLiteral("log"))).removeRecursively());
         QVERIFY(app.writeFile(QStringLiteral("log"), "not a folder"));
         CMyLog log;
         log.SetFileName(QStringLiteral("x.txt"));

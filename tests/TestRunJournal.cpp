@@ -50,6 +50,7 @@ struct Setup
 
     explicit Setup(int count, int files) : products(count)
     {
+        QDir(app.path()).mkpath("log"); // a portable program folder for the probe
         for (int i = 0; i < count; ++i) {
             const QString root = work.path() + QString("/Prod_%1/NavData").arg(i);
             writeTree(root, files, 10 + i);

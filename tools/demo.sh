@@ -32,8 +32,9 @@ port=${QMK_DEMO_PORT:-18470}
 extra=()
 [ -z "${DISPLAY:-}" ] && [ $server_only -eq 0 ] && extra=(xvfb xauth)
 qmk_ensure_packages "${extra[@]}"
-# Only the program and the demo's helpers; tests and benchmarks are built by tools/test.sh.
-QMK_TARGETS="Quillmark demoserver demo_update screenshot_screen" qmk_build
+# Only the program with what an install puts beside it, and the demo's helpers; tests and
+# benchmarks are built by tools/test.sh.
+QMK_TARGETS="Quillmark manual quillmark_icons quillmark_docs demoserver demo_update screenshot_screen" qmk_build
 
 demo=$QMK_BUILD/demo
 # The demo's own signing key, as a publisher keeps it: beside the served folder, never in it.
@@ -62,8 +63,23 @@ if [ -n "$held" ] && [ -n "$offered" ] && [ "$held" -ge "$offered" ] && [ "$held
     CYCLE=$(printf '%04d' $((10#$held + 1))) "$QMK_ROOT/tools/demo/make-demo-cycle.sh" "$demo/server" >/dev/null
     echo "Demo server: now offers cycle $(last_cycle "$demo/server/quillmark/versionList.txt")"
 fi
-# Always the program just built.
-cp "$QMK_BUILD/Quillmark" "$demo/app/"
+# A portable program folder: the demo's settings, logs and downloads stay in it.
+mkdir -p "$demo/app/log"
+# The program folder as an install lays it out (the program and its manual beside it), with the
+# demo's own catalogue in bin/. Always the program just built, unless one still runs from there:
+# a running executable cannot be overwritten.
+stage=$demo/install
+rm -rf "$stage"
+cmake --install "$QMK_BUILD" --prefix "$stage" >/dev/null
+running=
+for proc in /proc/[0-9]*; do
+    if [ "$(readlink "$proc/exe" 2>/dev/null)" = "$demo/app/Quillmark" ]; then running=${proc#/proc/}; fi
+done
+if [ -n "$running" ]; then
+    echo "Quillmark is running from $demo/app (process $running): left as it is; close it and run $0 again for the program just built"
+else
+    find "$stage/lib/quillmark" -maxdepth 1 -type f -exec cp {} "$demo/app/" \;
+fi
 
 server_answers() {
     curl -s -o /dev/null -f -X POST -u 'webclient:Q7x2Lm9p' \

@@ -1,9 +1,12 @@
 // Renders the program's pictures from their SVG sources.
 // Usage: render_images SOURCE_DIR OUTPUT_DIR [--sheet SHEET.png]
+//        render_images --icon SOURCE.svg OUTPUT_DIR SIZE...
 //
 // Every SOURCE_DIR/NAME.svg becomes OUTPUT_DIR/NAME.png at the size the SVG declares. A source named
 // NAME.EXT.svg is written as NAME.EXT in the format the extension names (Quillmark.ico.svg gives a
 // Windows icon). With --sheet, all results are also laid out 2x enlarged on one canvas for review.
+// With --icon, one square SVG becomes OUTPUT_DIR/SIZE.png for every size given (the desktop's and
+// the macOS bundle's icon set).
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -23,14 +26,16 @@ struct Rendered
     QImage image;
 };
 
-QImage renderSvg(const QString& path, QString* error)
+// At the size the SVG declares unless one is given.
+QImage renderSvg(const QString& path, QString* error, QSize size = QSize())
 {
     QSvgRenderer renderer(path);
     if (!renderer.isValid()) {
         *error = QStringLiteral("%1: not a valid SVG file").arg(path);
         return {};
     }
-    const QSize size = renderer.defaultSize();
+    if (size.isEmpty())
+        size = renderer.defaultSize();
     if (size.isEmpty()) {
         *error = QStringLiteral("%1: the SVG declares no width and height").arg(path);
         return {};
@@ -90,6 +95,35 @@ QImage contactSheet(const QList<Rendered>& images)
     return sheet;
 }
 
+int renderIcons(const QStringList& args)
+{
+    if (args.size() < 3) {
+        std::fprintf(stderr, "usage: render_images --icon SOURCE.svg OUTPUT_DIR SIZE...\n");
+        return 2;
+    }
+    const QDir output(args.at(1));
+    if (!QDir().mkpath(output.path())) {
+        std::fprintf(stderr, "cannot create output folder %s\n", qPrintable(output.path()));
+        return 1;
+    }
+    for (const QString& sizeText : args.mid(2)) {
+        const int side = sizeText.toInt();
+        QString error;
+        const QImage image = side > 0 ? renderSvg(args.at(0), &error, QSize(side, side)) : QImage();
+        if (image.isNull()) {
+            std::fprintf(stderr, "%s\n", qPrintable(side > 0 ? error : QStringLiteral("bad size ") + sizeText));
+            return 1;
+        }
+        QImageWriter writer(output.filePath(sizeText + QStringLiteral(".png")), "png");
+        writer.setCompression(9);
+        if (!writer.write(image)) {
+            std::fprintf(stderr, "%s: %s\n", qPrintable(writer.fileName()), qPrintable(writer.errorString()));
+            return 1;
+        }
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -99,6 +133,8 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     QStringList args = app.arguments().mid(1);
+    if (args.value(0) == QLatin1String("--icon"))
+        return renderIcons(args.mid(1));
     QString sheetPath;
     const int sheetAt = args.indexOf(QStringLiteral("--sheet"));
     if (sheetAt >= 0 && sheetAt + 1 < args.size()) {

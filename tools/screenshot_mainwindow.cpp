@@ -21,6 +21,7 @@
 // sizes, only the main window is taken, once per size and language, as
 // mainwindow_<language>_<size>.png.
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
@@ -290,7 +291,7 @@ bool takeUpdateDialog(const QString& output, const QString& suffix)
         // Incompressible filler keeps zip busy long enough to be seen at work.
         QByteArray filler(24 * 1024 * 1024, Qt::Uninitialized);
         QRandomGenerator(1802).fillRange(reinterpret_cast<quint32*>(filler.data()), filler.size() / 4);
-        ok = writeFile(appPath + QStringLiteral("/downloads/QuillmarkCycle/filler.bin"), filler) && ok;
+        ok = writeFile(CAppPaths::DownloadFolder() + QStringLiteral("/QuillmarkCycle/filler.bin"), filler) && ok;
         const QString archiveFolder = root.path() + QStringLiteral("/archives");
         QDir().mkpath(archiveFolder);
         QString archive;

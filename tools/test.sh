@@ -14,13 +14,14 @@ if [ $sanitize -eq 1 ]; then
 fi
 . "$(dirname "$0")/lib/common.sh"
 
-# nginx for TestJourney, which runs the README's production recipe.
+# nginx for TestJourney, which runs the README's production recipe; the package checks for
+# TestPackage, which lints the package in the normal run only.
 if [ $sanitize -eq 1 ]; then
     qmk_ensure_packages nginx-light "${QMK_SANITIZE_PACKAGES[@]}"
     qmk_build -DQUILLMARK_SANITIZE=ON
     qmk_sanitizer_environment
 else
-    qmk_ensure_packages nginx-light
+    qmk_ensure_packages nginx-light "${QMK_PACKAGE_CHECK_PACKAGES[@]}"
     qmk_build
 fi
 cd "$QMK_BUILD"

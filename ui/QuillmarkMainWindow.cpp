@@ -1,6 +1,7 @@
 #include "ui/QuillmarkMainWindow.h"
 
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "engine/CDSVersion.h"
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
@@ -82,7 +83,7 @@ QuillmarkMainWindow::QuillmarkMainWindow(QWidget* parent)
     // The data model may ask for a dialog from its first step on.
     CDialogFactory::Install();
     VlAccessible::Install();
-    m_bFirstStart = !QFileInfo::exists(CDataModel::SettingsFilePath());
+    m_bFirstStart = !QFileInfo::exists(CAppPaths::SettingsFile());
     m_dataModel.Init(Application::st_strVersion);
     m_normalGeometry = QRect();
     m_dragPosition = QPoint(0, 0);

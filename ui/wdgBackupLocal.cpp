@@ -1,6 +1,7 @@
 #include "ui/wdgBackupLocal.h"
 
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 #include "app/CMessageBox.h"
 #include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
@@ -16,6 +17,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QVBoxLayout>
 
 namespace {
@@ -102,6 +104,14 @@ QString wdgBackupLocal::GetVelmoraDir(QString path)
     return dir;
 }
 
+QString wdgBackupLocal::StartFolder()
+{
+    // Above an installed program folder (/usr/lib/quillmark) lies nothing the user may write.
+    if (!CAppPaths::IsPortable())
+        return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return GetVelmoraDir(Application::st_strAppPath);
+}
+
 QString wdgBackupLocal::GetStatusText() const
 {
     return m_pStatus->text();
@@ -129,7 +139,7 @@ void wdgBackupLocal::ClickedCreateBackup()
     }
     FileRequest request;
     request.title = VlPushButton::Plain(tr("Create backup"));
-    request.startDir = GetVelmoraDir(Application::st_strAppPath);
+    request.startDir = StartFolder();
     request.proposedName = QStringLiteral("Quillmark_") + CDSVersion::cutDig(m_pEngine->GetLocalVersionText()) +
                            QLatin1Char('_') + m_pEngine->GetLocalRevision() + QStringLiteral(".zip");
     request.save = true;
@@ -146,7 +156,7 @@ void wdgBackupLocal::ClickedLoadBackup()
         return;
     FileRequest request;
     request.title = VlPushButton::Plain(tr("Load backup"));
-    request.startDir = GetVelmoraDir(Application::st_strAppPath);
+    request.startDir = StartFolder();
     const QString path = AskFile(request);
     if (path.isEmpty())
         return;

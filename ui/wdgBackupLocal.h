@@ -38,6 +38,9 @@ public:
     void Init(CDataModel* model);
     void retranslate() override;
     static QString GetVelmoraDir(QString path);
+    // Where both file dialogs start: GetVelmoraDir of the program folder when it is portable, else
+    // the user's documents.
+    static QString StartFolder();
 
     QString GetStatusText() const;
     bool IsBusy() const;

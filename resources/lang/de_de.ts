@@ -398,6 +398,22 @@
         <source>Downloads: signed, checked with the key %1</source>
         <translation>Downloads: signiert, geprüft mit dem Schlüssel %1</translation>
     </message>
+    <message>
+        <source>Download folder: %1</source>
+        <translation>Download-Ordner: %1</translation>
+    </message>
+    <message>
+        <source>Open log folder</source>
+        <translation>Protokollordner öffnen</translation>
+    </message>
+    <message>
+        <source>Copy diagnostics</source>
+        <translation>Diagnose kopieren</translation>
+    </message>
+    <message>
+        <source>Diagnostics copied to the clipboard.</source>
+        <translation>Diagnose in die Zwischenablage kopiert.</translation>
+    </message>
 </context>
 <context>
     <name>DlgRemoveBackup</name>
@@ -524,10 +540,7 @@
     </message>
     <message numerus="yes">
         <source>Updated %n product(s) to cycle %1</source>
-        <translation>
-            <numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform>
-            <numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform>
-        </translation>
+        <translation><numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform><numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform></translation>
     </message>
     <message>
         <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
@@ -539,10 +552,7 @@
     </message>
     <message numerus="yes">
         <source>Reset %n product(s) to their backed-up cycle</source>
-        <translation>
-            <numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform>
-            <numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform>
-        </translation>
+        <translation><numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform><numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform></translation>
     </message>
     <message>
         <source>Reset failed</source>
@@ -550,10 +560,7 @@
     </message>
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
-        <translation>
-            <numerusform>Backup von %n Produkt gelöscht</numerusform>
-            <numerusform>Backups von %n Produkten gelöscht</numerusform>
-        </translation>
+        <translation><numerusform>Backup von %n Produkt gelöscht</numerusform><numerusform>Backups von %n Produkten gelöscht</numerusform></translation>
     </message>
     <message>
         <source>Backup removal failed</source>
@@ -691,10 +698,7 @@
     </message>
     <message numerus="yes">
         <source>%n product(s) run an expired cycle.</source>
-        <translation>
-            <numerusform>%n Produkt läuft mit einem abgelaufenen Zyklus.</numerusform>
-            <numerusform>%n Produkte laufen mit einem abgelaufenen Zyklus.</numerusform>
-        </translation>
+        <translation><numerusform>%n Produkt läuft mit einem abgelaufenen Zyklus.</numerusform><numerusform>%n Produkte laufen mit einem abgelaufenen Zyklus.</numerusform></translation>
     </message>
 </context>
 <context>
@@ -719,10 +723,7 @@
     </message>
     <message numerus="yes">
         <source>expired %n day(s) ago</source>
-        <translation>
-            <numerusform>vor %n Tag abgelaufen</numerusform>
-            <numerusform>vor %n Tagen abgelaufen</numerusform>
-        </translation>
+        <translation><numerusform>vor %n Tag abgelaufen</numerusform><numerusform>vor %n Tagen abgelaufen</numerusform></translation>
     </message>
 </context>
 <context>

@@ -35,6 +35,7 @@ public:
         for (const QFileInfo& log : QDir(m_path + QStringLiteral("/log")).entryInfoList(QDir::Files))
             QFile(log.filePath()).resize(0);
         QDir().mkpath(m_path + QStringLiteral("/bin"));
+        QDir().mkpath(m_path + QStringLiteral("/log")); // a portable folder: the logs stay here
         Application::st_strAppPath = m_path;
         Application::setLanguage(QString());
         Application::setApplicationVersionEx(QStringLiteral("MPLET"));

@@ -1,6 +1,7 @@
 #include "support/TempAppDir.h"
 
 #include "app/Application.h"
+#include "app/CAppPaths.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,8 +10,11 @@
 TempAppDir::TempAppDir() : m_previousAppPath(Application::st_strAppPath)
 {
     if (m_dir.isValid()) {
+        // A portable program folder: its own logs, so everything a test makes stays inside it.
         QDir(m_dir.path()).mkpath(QStringLiteral("bin"));
+        QDir(m_dir.path()).mkpath(QStringLiteral("log"));
         Application::st_strAppPath = m_dir.path();
+        CAppPaths::IsPortable(); // decided now, whatever the test does to "log" later
     }
 }
 

@@ -4,8 +4,9 @@
 #include <QString>
 #include <QTemporaryDir>
 
-// A throw-away program folder: points Application::st_strAppPath at a fresh temporary folder
-// (with "bin" inside) for as long as the object lives, then restores the previous value.
+// A throw-away portable program folder: points Application::st_strAppPath at a fresh temporary
+// folder (with "bin" and "log" inside) for as long as the object lives, then restores the previous
+// value.
 class TempAppDir
 {
 public:

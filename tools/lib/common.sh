@@ -1,12 +1,16 @@
-# Shared by tools/test.sh, tools/fuzz.sh and tools/demo.sh: install what is missing, then build.
+# Shared by tools/test.sh, tools/fuzz.sh, tools/demo.sh and tools/package.sh: install what is
+# missing, then build.
 # shellcheck shell=bash
 
 QMK_ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 QMK_BUILD=${QMK_BUILD:-$QMK_ROOT/build}
 
+# icnsutils packs the macOS icon; dpkg-dev and file let CPack name the libraries a .deb depends on.
 QMK_PACKAGES=(g++ make cmake qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
               qt5-image-formats-plugins qttranslations5-l10n zip unzip curl openssl fonts-dejavu-extra
-              pkg-config libsodium-dev minisign)
+              pkg-config libsodium-dev minisign icnsutils dpkg-dev file)
+# The checks a .deb must pass.
+QMK_PACKAGE_CHECK_PACKAGES=(lintian desktop-file-utils appstream)
 # g++'s sanitizer runtimes (normally already pulled in with g++).
 QMK_SANITIZE_PACKAGES=(libasan8 libubsan1)
 # clang with its sanitizer and libFuzzer runtimes.
