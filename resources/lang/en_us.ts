@@ -670,7 +670,7 @@
     </message>
     <message>
         <source>Category-Properties</source>
-        <translation>Simulator</translation>
+        <translation>Category</translation>
     </message>
     <message>
         <source>Name:</source>
