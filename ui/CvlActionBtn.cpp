@@ -109,17 +109,8 @@ void CvlActionBtn::mousePressEvent(QMouseEvent* event)
 
 void CvlActionBtn::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Space:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (!event->isAutoRepeat())
-            emit clicked();
-        event->accept();
-        break;
-    default:
+    if (!VlFocusFrame::HandlePressKey(event, [this] { emit clicked(); }))
         QWidget::keyPressEvent(event);
-    }
 }
 
 void CvlActionBtn::paintEvent(QPaintEvent* event)

@@ -1,5 +1,6 @@
 #include "ui/SystemButton.h"
 
+#include "ui/VlFocusFrame.h"
 #include "ui/VlImages.h"
 
 #include <QBitmap>
@@ -52,17 +53,8 @@ void SystemButton::mousePressEvent(QMouseEvent* event)
 
 void SystemButton::keyPressEvent(QKeyEvent* event)
 {
-    switch (event->key()) {
-    case Qt::Key_Space:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (!event->isAutoRepeat())
-            emit clicked();
-        event->accept();
-        break;
-    default:
+    if (!VlFocusFrame::HandlePressKey(event, [this] { emit clicked(); }))
         QLabel::keyPressEvent(event);
-    }
 }
 
 // The image is masked to its opaque parts, so a frame around it would not show: the keyboard's

@@ -193,13 +193,8 @@ void VlCatLabel::mouseMoveEvent(QMouseEvent* event)
 
 void VlCatLabel::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        if (!event->isAutoRepeat())
-            SetSelect(true);
-        event->accept();
-        return;
-    }
-    QWidget::keyPressEvent(event);
+    if (!VlFocusFrame::HandlePressKey(event, [this] { SetSelect(true); }))
+        QWidget::keyPressEvent(event);
 }
 
 void VlCatLabel::paintEvent(QPaintEvent* event)

@@ -1,5 +1,6 @@
 #include "ui/VlFocusFrame.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPen>
 #include <QWidget>
@@ -20,4 +21,14 @@ void VlFocusFrame::Paint(QWidget* widget, Qt::FocusReason reason)
     painter.setPen(pen);
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(widget->rect()).adjusted(1, 1, -1, -1), 4, 4);
+}
+
+bool VlFocusFrame::HandlePressKey(QKeyEvent* event, const std::function<void()>& press)
+{
+    if (event->key() != Qt::Key_Space && event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        return false;
+    if (!event->isAutoRepeat())
+        press();
+    event->accept();
+    return true;
 }
