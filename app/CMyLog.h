@@ -20,6 +20,18 @@ public:
     static QString CreateLogDirectory();
     void WriteString(QString text, bool bNew);
 
+    // While one lives on a thread, the entries written there wait and go to their files when the
+    // outermost one ends, each file written once: a pass over thousands of products logs thousands
+    // of lines. The files end up exactly as with one write per entry.
+    class Batch
+    {
+    public:
+        Batch();
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+    };
+
 private:
     QString m_strFileName;
 };

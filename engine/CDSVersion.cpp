@@ -95,7 +95,7 @@ CDSVersion::~CDSVersion()
 
 void CDSVersion::Shutdown()
 {
-    DiscardProcess(m_pUnzipProcess);
+    DiscardUnpacks();
     DiscardProcess(m_pZipBackProcess);
     DiscardProcess(m_pUnzipBackProcess);
     DiscardProcess(m_pListBackProcess);

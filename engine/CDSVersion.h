@@ -75,6 +75,8 @@ public:
     // --- version discovery ---
     void SearchForNewVersion(bool byHand);
     bool GetSearchByHand() const { return m_bSearchByHand; }
+    // Changes whenever a search begins or ends.
+    quint64 GetSearchTag() const { return m_searchTag; }
     void DownloadVersionListTxt();
     void QuillmarkCheckHighVersion(const QByteArray& bytes);
     void InitNewDSVersion(const QString& version);
@@ -240,6 +242,36 @@ private:
     void DropRunMarks(CProduct* product, const QString& runId);
 
     CProduct* CurrentInstallProduct() const;
+
+    // An archive being unpacked, or unpacked and waiting for its product's turn. Unpacking is most
+    // of an install's time and keeps one processor busy, so the archives of the next products are
+    // unpacked into scratch folders of their own while the current product is unpacked and copied.
+    // Only the scratch folders are touched before a product's turn; what the user sees and the
+    // order of everything else stay as they were.
+    struct Unpack
+    {
+        CProduct* product = nullptr;
+        int index = -1; // in the product list
+        QString archive;
+        QString folder;
+        QProcess* process = nullptr;
+        bool ended = false;
+        bool failedToStart = false;
+        int exitCode = 0;
+        QProcess::ExitStatus exitStatus = QProcess::NormalExit;
+    };
+    Unpack* StartUnpack(CProduct* product, int index, const QString& archive, const QString& folder);
+    void UnpackEndedSlot(Unpack* unpack);
+    // The unpack of the product whose turn it is has ended: on to its copy.
+    void TakeUnpack(Unpack* unpack);
+    // Starts the unpacks of the next products, as far as processors and scratch folders allow.
+    void StartUnpacksAhead();
+    // Stops every unpack that is not the current product's copy and removes its folder.
+    void DiscardUnpacks();
+    void DiscardUnpack(Unpack* unpack);
+    // The first scratch folder ("temp", "temp2", ...) that no unpack uses, nor (unless
+    // `takeCurrent`) the current product, whose folder stays in use until its copy has ended.
+    QString FreeScratchFolder(bool takeCurrent) const;
     bool FailDatasetRequest(const QString& dataset, const QString& reason);
     void MirrorFailedSlot(const QString& name, const QString& mirror, const CFailureReason& reason);
     QByteArray ReadVersionList(const QString& file);
@@ -287,7 +319,9 @@ private:
     int m_iCurrentIndex = -1;
     int m_iResetIndex = -1;
     int m_iRemoveBackupIndex = -1;
-    QProcess* m_pUnzipProcess = nullptr;
+    QList<Unpack*> m_unpacks;
+    // The unpack of the product whose turn it is, while its unzip runs.
+    Unpack* m_pTurnUnpack = nullptr;
     quint64 m_totalBytes = 0;
     quint64 m_writtenBytes = 0;
 

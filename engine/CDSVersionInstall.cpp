@@ -12,10 +12,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QTimer>
 
 namespace {
 const char* const kArchivePassword = "pralvek";
+// Archives unpacked at a time, and waiting ahead of their turn at most: two keep two processors
+// busy, while a third folder holds the product being copied.
+const int kUnpacksAtOnce = 2;
 
 } // namespace
 
@@ -41,6 +45,10 @@ bool CDSVersion::InstallProducts()
         return false;
     RecoverInterruptedRuns(m_pProductList);
     BeginRun(ERun::Install);
+    DiscardUnpacks();
+    // Scratch folders a cut-off run may have left; "temp" goes at the first product's turn.
+    for (int i = 2; i <= kUnpacksAtOnce + 1; ++i)
+        removeDir(CAppPaths::DownloadFolder() + QStringLiteral("/temp") + QString::number(i));
     m_iCurrentIndex = -1;
     if (!m_pSingleProduct) {
         UnzipNextProduct();
@@ -76,6 +84,7 @@ void CDSVersion::UnzipNextProduct()
             return;
         if (m_iCurrentIndex >= m_pProductList->GetSize()) {
             EndRun(ERun::Install);
+            DiscardUnpacks();
             emit SignalInstallReady();
             return;
         }
@@ -109,14 +118,29 @@ void CDSVersion::UnzipNextProduct()
 bool CDSVersion::UnzippDataset(CProduct* product, QString& error)
 {
     m_log.WriteString(QStringLiteral("---UnzippDataset"), false);
-    CreateTempInstallDirectory();
+    const QString archive = m_strCycleDir + QLatin1Char('/') + product->GetDataset() + QStringLiteral(".zip");
+    // Unpacks for products whose turn has passed (skipped, or served by their group) are of no use.
+    for (Unpack* unpack : QList<Unpack*>(m_unpacks))
+        if (unpack->index < m_iCurrentIndex || (unpack->product == product && unpack->archive != archive))
+            DiscardUnpack(unpack);
+    Unpack* ahead = nullptr;
+    for (Unpack* unpack : qAsConst(m_unpacks))
+        if (unpack->product == product)
+            ahead = unpack;
+    if (ahead)
+        m_strTempInstallDir = ahead->folder;
+    else
+        CreateTempInstallDirectory();
     if (!QDir(m_strTempInstallDir).exists()) {
+        if (ahead)
+            DiscardUnpack(ahead);
         error = QStringLiteral("!! Error: directory ") + m_strTempInstallDir + QStringLiteral(" not exist!");
         m_log.WriteString(error, false);
         return false;
     }
-    const QString archive = m_strCycleDir + QLatin1Char('/') + product->GetDataset() + QStringLiteral(".zip");
     if (!QFile::exists(archive)) {
+        if (ahead)
+            DiscardUnpack(ahead);
         error = QStringLiteral("!! Error: file ") + archive + QStringLiteral(" not exist!");
         m_log.WriteString(error, false);
         WriteResult(tr("File") + QLatin1Char(' ') + product->GetDataset() + QStringLiteral(".zip") + QLatin1Char(' ') +
@@ -134,59 +158,221 @@ bool CDSVersion::StartUnzip(const QString& archive, const QString& target, bool)
         m_log.WriteString(QString::asprintf("!!ERROR Zum Index %d gibt es kein Objekt!!", m_iCurrentIndex), false);
         return false;
     }
+    Unpack* unpack = nullptr;
+    for (Unpack* ahead : qAsConst(m_unpacks))
+        if (ahead->product == product && ahead->archive == archive && ahead->folder == target)
+            unpack = ahead;
+    const auto dropAhead = [&] {
+        if (unpack)
+            DiscardUnpack(unpack);
+    };
     if (!product->InitNewInstallPaths(false)) {
+        dropAhead();
         product->SetInstallState(QMK_STATE_INSTALL_ERROR);
         WriteResult(tr("Path") + QLatin1Char(' ') + tr("not found") + QLatin1Char(' ') + product->GetName(), true);
         return false;
     }
     if (!QFile::exists(archive)) {
+        dropAhead();
         CMessageBox::critical(QStringLiteral("Missing file ") + archive);
         return false;
     }
 
-    DiscardProcess(m_pUnzipProcess);
-    m_pUnzipProcess = new QProcess();
-    connect(m_pUnzipProcess, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
-            &CDSVersion::unzipProdRrocessFinishedSlot);
-    connect(m_pUnzipProcess, &QProcess::started, this, &CDSVersion::processStartedSlot);
-    const quint64 tag = m_runTag;
-    connect(m_pUnzipProcess, &QProcess::errorOccurred, this, [this, tag](QProcess::ProcessError e) {
-        // A tool that never starts sends no "finished"; the product fails and the run goes on.
+    if (unpack) {
+        m_log.WriteString(QStringLiteral("unpacked ahead into ") + target, false);
+    } else {
+        unpack = StartUnpack(product, m_pSingleProduct ? -1 : m_iCurrentIndex, archive, target);
+        if (!unpack) {
+            m_log.WriteString(QStringLiteral("!!ERROR unzip not found on the search path"), false);
+            return false;
+        }
+    }
+    m_pTurnUnpack = unpack;
+    if (unpack->ended) {
+        // Its end was noted before its turn came; it is taken up from the event loop, as a
+        // running unzip's end would be.
+        const quint64 tag = m_runTag;
+        QTimer::singleShot(0, this, [this, tag, unpack] {
+            if (tag == m_runTag && m_pTurnUnpack == unpack)
+                TakeUnpack(unpack);
+        });
+    }
+    StartUnpacksAhead();
+    return true;
+}
+
+CDSVersion::Unpack* CDSVersion::StartUnpack(CProduct* product, int index, const QString& archive, const QString& folder)
+{
+    auto* unpack = new Unpack;
+    unpack->product = product;
+    unpack->index = index;
+    unpack->archive = archive;
+    unpack->folder = folder;
+    unpack->process = new QProcess();
+    connect(unpack->process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            [this, unpack](int exitCode, QProcess::ExitStatus status) {
+                unpack->exitCode = exitCode;
+                unpack->exitStatus = status;
+                UnpackEndedSlot(unpack);
+            });
+    connect(unpack->process, &QProcess::started, this, &CDSVersion::processStartedSlot);
+    connect(unpack->process, &QProcess::errorOccurred, this, [this, unpack](QProcess::ProcessError e) {
+        // A tool that never starts sends no "finished".
         if (e != QProcess::FailedToStart)
             return;
-        m_log.WriteString(QStringLiteral("!!ERROR unzip could not be started: ") + m_pUnzipProcess->errorString(),
-                          false);
-        if (CProduct* p = CurrentInstallProduct()) {
-            p->SetInstallState(QMK_STATE_INSTALL_ERROR);
-            WriteResult(tr("Install failed") + QLatin1Char(' ') + p->GetName(), true);
-        }
-        removeDir(m_strTempInstallDir);
-        QTimer::singleShot(0, this, [this, tag] {
-            if (tag == m_runTag)
-                UnzipNextProduct();
-        });
+        unpack->failedToStart = true;
+        UnpackEndedSlot(unpack);
     });
 
     // Nobody reads unzip's listing of every file, so it goes nowhere instead of into a buffer.
-    m_pUnzipProcess->setStandardOutputFile(QProcess::nullDevice());
+    unpack->process->setStandardOutputFile(QProcess::nullDevice());
     CToolCommand command(QStringLiteral("unzip"));
     command.arg(QStringLiteral("-o")).arg(QStringLiteral("-P")).secret(QLatin1String(kArchivePassword));
-    command.quoted(archive).arg(QStringLiteral("-d")).quoted(target);
+    command.quoted(archive).arg(QStringLiteral("-d")).quoted(folder);
     m_log.WriteString(command.commandLine(), false);
-    if (!command.start(m_pUnzipProcess)) {
-        m_log.WriteString(QStringLiteral("!!ERROR unzip not found on the search path"), false);
-        DiscardProcess(m_pUnzipProcess);
-        return false;
+    m_unpacks.append(unpack);
+    if (!command.start(unpack->process)) {
+        DiscardUnpack(unpack);
+        return nullptr;
     }
-    return true;
+    return unpack;
+}
+
+void CDSVersion::UnpackEndedSlot(Unpack* unpack)
+{
+    if (unpack->ended)
+        return;
+    unpack->ended = true;
+    if (unpack == m_pTurnUnpack)
+        TakeUnpack(unpack);
+    else
+        StartUnpacksAhead();
+}
+
+void CDSVersion::TakeUnpack(Unpack* unpack)
+{
+    m_pTurnUnpack = nullptr;
+    m_unpacks.removeOne(unpack);
+    const bool failedToStart = unpack->failedToStart;
+    const int exitCode = unpack->exitCode;
+    const QProcess::ExitStatus status = unpack->exitStatus;
+    const QString problem = unpack->process->errorString();
+    DiscardProcess(unpack->process);
+    delete unpack;
+    if (!failedToStart) {
+        unzipProdRrocessFinishedSlot(exitCode, status);
+        // The unzip's processor is free while the copy runs.
+        StartUnpacksAhead();
+        return;
+    }
+    // A tool that never started: the product fails and the run goes on.
+    if (!IsActiveRun(ERun::Install))
+        return;
+    m_log.WriteString(QStringLiteral("!!ERROR unzip could not be started: ") + problem, false);
+    if (CProduct* p = CurrentInstallProduct()) {
+        p->SetInstallState(QMK_STATE_INSTALL_ERROR);
+        WriteResult(tr("Install failed") + QLatin1Char(' ') + p->GetName(), true);
+    }
+    removeDir(m_strTempInstallDir);
+    const quint64 tag = m_runTag;
+    QTimer::singleShot(0, this, [this, tag] {
+        if (tag == m_runTag)
+            UnzipNextProduct();
+    });
+}
+
+void CDSVersion::StartUnpacksAhead()
+{
+    // A run for one product has nothing ahead of it.
+    if (m_pSingleProduct || !m_pProductList || !IsActiveRun(ERun::Install))
+        return;
+    // Two at a time: the product whose turn it is (or the one after it, while it is copied) and
+    // the next one.
+    const int atOnce = kUnpacksAtOnce;
+    for (;;) {
+        int running = 0;
+        int waiting = 0;
+        int last = m_iCurrentIndex;
+        QSet<const CInstallGroup*> groups;
+        if (CProduct* current = CurrentInstallProduct())
+            groups.insert(current->GetInstallGroup());
+        for (const Unpack* unpack : qAsConst(m_unpacks)) {
+            running += unpack->ended ? 0 : 1;
+            waiting += unpack->product == CurrentInstallProduct() ? 0 : 1;
+            last = qMax(last, unpack->index);
+            groups.insert(unpack->product->GetInstallGroup());
+        }
+        if (running >= atOnce || waiting >= atOnce)
+            return;
+        // The next product whose turn will come if every install succeeds: selected, not served
+        // yet, and not in a group that a product on its way serves.
+        CProduct* next = nullptr;
+        int index = last + 1;
+        QString archive;
+        for (; index < m_pProductList->GetSize(); ++index) {
+            CProduct* product = m_pProductList->GetByIndex(index);
+            if (!product || !product->GetUpdate() || product->GetResetOrUpdateDone() ||
+                (product->GetInstallGroup() && groups.contains(product->GetInstallGroup())))
+                continue;
+            archive = m_strCycleDir + QLatin1Char('/') + product->GetDataset() + QStringLiteral(".zip");
+            // A missing archive is reported at the product's turn.
+            if (!QFile::exists(archive))
+                continue;
+            next = product;
+            break;
+        }
+        if (!next)
+            return;
+        // Never the current product's folder: it is in use until its copy has ended.
+        const QString folder = FreeScratchFolder(false);
+        removeDir(folder);
+        if (!QDir().mkpath(folder))
+            return;
+        m_log.WriteString(QStringLiteral("---Unpacking ahead for <") + next->GetName() + QLatin1Char('>'), false);
+        if (!StartUnpack(next, index, archive, folder)) {
+            removeDir(folder);
+            return;
+        }
+    }
+}
+
+void CDSVersion::DiscardUnpack(Unpack* unpack)
+{
+    if (unpack == m_pTurnUnpack)
+        m_pTurnUnpack = nullptr;
+    m_unpacks.removeOne(unpack);
+    DiscardProcess(unpack->process);
+    removeDir(unpack->folder);
+    delete unpack;
+}
+
+void CDSVersion::DiscardUnpacks()
+{
+    while (!m_unpacks.isEmpty())
+        DiscardUnpack(m_unpacks.first());
+    m_pTurnUnpack = nullptr;
+}
+
+QString CDSVersion::FreeScratchFolder(bool takeCurrent) const
+{
+    const QString base = CAppPaths::DownloadFolder() + QStringLiteral("/temp");
+    for (int i = 1;; ++i) {
+        const QString folder = i == 1 ? base : base + QString::number(i);
+        bool used = !takeCurrent && folder == m_strTempInstallDir;
+        for (const Unpack* unpack : m_unpacks)
+            used = used || unpack->folder == folder;
+        if (!used)
+            return folder;
+    }
 }
 
 void CDSVersion::CreateTempInstallDirectory()
 {
-    m_strTempInstallDir = CAppPaths::DownloadFolder();
-    if (!QDir(m_strTempInstallDir).exists())
-        QDir().mkpath(m_strTempInstallDir);
-    m_strTempInstallDir += QStringLiteral("/temp");
+    const QString downloads = CAppPaths::DownloadFolder();
+    if (!QDir(downloads).exists())
+        QDir().mkpath(downloads);
+    // The previous product's folder has gone with its copy; it is taken again.
+    m_strTempInstallDir = FreeScratchFolder(true);
     removeDir(m_strTempInstallDir);
     if (!QDir(m_strTempInstallDir).exists())
         QDir().mkpath(m_strTempInstallDir);
@@ -216,6 +402,7 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
         WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
         m_log.WriteString(QStringLiteral("!!Error UPDATE-RESULT == UNZIP FAILED ") + product->GetName(), false);
         removeDir(m_strTempInstallDir);
+        DiscardUnpacks();
         return;
     }
     // The exit code is deliberately not judged: whatever unzip unpacked is installed, and an empty
@@ -398,9 +585,12 @@ void CDSVersion::StopInstall()
     const bool running = StopRun(ERun::Install);
     if (m_pProductList)
         m_iCurrentIndex = m_pProductList->GetSize();
-    if (m_pUnzipProcess && m_pUnzipProcess->state() != QProcess::NotRunning)
+    bool unzipRunning = false;
+    for (const Unpack* unpack : qAsConst(m_unpacks))
+        unzipRunning = unzipRunning || !unpack->ended;
+    if (unzipRunning)
         m_log.WriteString(QStringLiteral("StopInstall: unzip stopped"), false);
-    DiscardProcess(m_pUnzipProcess);
+    DiscardUnpacks();
     if (running)
         m_log.WriteString(QStringLiteral("StopInstall"), false);
     SetFinishedStateProducts();

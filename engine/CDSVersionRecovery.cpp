@@ -3,6 +3,7 @@
 #include "engine/CFolderWalk.h"
 #include "engine/CRunJournal.h"
 #include "model/CFileTree.h"
+#include "model/CFolderCache.h"
 #include "model/CProduct.h"
 #include "model/CProductList.h"
 
@@ -54,24 +55,32 @@ QStringList CDSVersion::RecoverInterruptedRuns(CProductList* list)
         return report;
     // Members of an install group share their folders and so their record.
     QSet<QString> done;
-    for (int i = 0; i < list->GetSize(); ++i) {
-        CProduct* product = list->GetByIndex(i);
-        if (!product)
-            continue;
-        product->InitNewInstallPaths(false);
-        // Where the record went depends on which folders existed when the run began.
-        QString journal;
-        for (const QString& candidate : CRunJournal::Candidates(product)) {
-            if (exists(candidate)) {
-                journal = candidate;
-                break;
+    QList<QPair<CProduct*, QString>> found;
+    {
+        // Only looking: the folders stay as they are until every product has been asked.
+        CFolderCache::Scope folders;
+        for (int i = 0; i < list->GetSize(); ++i) {
+            CProduct* product = list->GetByIndex(i);
+            if (!product)
+                continue;
+            product->InitNewInstallPaths(false);
+            // Where the record went depends on which folders existed when the run began.
+            QString journal;
+            for (const QString& candidate : CRunJournal::Candidates(product)) {
+                // Most products of a catalogue are not installed: their folders are known missing.
+                if (!CFolderCache::KnownMissing(candidate) && exists(candidate)) {
+                    journal = candidate;
+                    break;
+                }
             }
+            if (journal.isEmpty() || done.contains(journal))
+                continue;
+            done.insert(journal);
+            found.append(qMakePair(product, journal));
         }
-        if (journal.isEmpty() || done.contains(journal))
-            continue;
-        done.insert(journal);
-        report << RecoverProduct(product, journal);
     }
+    for (const auto& entry : qAsConst(found))
+        report << RecoverProduct(entry.first, entry.second);
     return report;
 }
 

@@ -34,14 +34,21 @@ QStringList CRunJournal::Candidates(CProduct* product)
     QStringList paths;
     if (!product)
         return paths;
-    QStringList folders{product->InitRealCycleInfoPath()};
+    // Named only when there is a folder for it: most products of a catalogue have none.
+    QString name;
+    const auto add = [&](const QString& folder) {
+        if (folder.isEmpty())
+            return;
+        if (name.isEmpty())
+            name = QStringLiteral("/QMK_") + product->GetDataset() + QStringLiteral("_journal.txt");
+        const QString path = folder + name;
+        if (!paths.contains(path))
+            paths << path;
+    };
+    add(product->InitRealCycleInfoPath());
     for (const CInstallPath* entry : product->GetInstallPaths())
         if (entry)
-            folders << entry->strNewPath;
-    const QString name = QStringLiteral("/QMK_") + product->GetDataset() + QStringLiteral("_journal.txt");
-    for (const QString& folder : folders)
-        if (!folder.isEmpty() && !paths.contains(folder + name))
-            paths << folder + name;
+            add(entry->strNewPath);
     return paths;
 }
 

@@ -30,6 +30,13 @@ DownloadManager::~DownloadManager()
     dropReply();
 }
 
+QNetworkAccessManager* DownloadManager::Manager()
+{
+    if (!m_pManager)
+        m_pManager = new QNetworkAccessManager(this);
+    return m_pManager;
+}
+
 void DownloadManager::DownloadFile(const QUrl& url, bool saveToFile, QString directory)
 {
     stLastError = 0;
@@ -129,9 +136,9 @@ bool DownloadManager::sendRequest(const QUrl& url, const QString& openProblemUrl
         // Without an upload device the reply honours its read-buffer limit, so a large file
         // streams through a small window instead of piling up in memory ahead of the disk.
         request.setRawHeader(QByteArrayLiteral("Content-Length"), QByteArrayLiteral("0"));
-        m_reply = m_manager.post(request, static_cast<QIODevice*>(nullptr));
+        m_reply = Manager()->post(request, static_cast<QIODevice*>(nullptr));
     } else {
-        m_reply = m_manager.post(request, postBody);
+        m_reply = Manager()->post(request, postBody);
     }
     m_reply->setReadBufferSize(ReadBufferSize);
 
@@ -227,9 +234,8 @@ void DownloadManager::downloadProgress(qint64 bytesReceived, qint64 bytesTotal)
 void DownloadManager::downloadError(QNetworkReply::NetworkError code)
 {
     stLastError = int(code);
-    const CFailureReason reason =
-        CFailureReason::FromReply(m_reply, m_attemptUrl, code == QNetworkReply::RemoteHostClosedError && m_received > 0,
-                                  m_writeError);
+    const CFailureReason reason = CFailureReason::FromReply(
+        m_reply, m_attemptUrl, code == QNetworkReply::RemoteHostClosedError && m_received > 0, m_writeError);
     m_log.WriteString(QStringLiteral("!!!Error: Download-Error-ID=%1 (%2)").arg(int(code)).arg(reason.LogText()),
                       false);
 }

@@ -51,7 +51,10 @@ public:
 private:
     void failWrite();
 
-    QNetworkAccessManager m_manager;
+    // Made at the first request: the first one in a process loads the network plugins, which the
+    // window need not wait for when no check runs at start.
+    QNetworkAccessManager* Manager();
+    QNetworkAccessManager* m_pManager = nullptr;
     QUrl m_url;
     QNetworkReply* m_reply = nullptr;
     QFile m_output;

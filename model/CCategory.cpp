@@ -1,5 +1,7 @@
 #include "model/CCategory.h"
 
+#include "model/CFolderCache.h"
+
 #include <QDir>
 
 CCategory::CCategory(QString name) : m_strName(std::move(name))
@@ -47,5 +49,15 @@ bool CCategory::CheckPath() const
         exe = QStringLiteral("X-Plane.app");
     else
         return false;
-    return CheckExe(m_strPath, exe.toUpper());
+    // A pass over every product asks for every product; the folder is listed once per pass.
+    const quint64 scope = CFolderCache::ScopeId();
+    if (scope != 0 && scope == m_checkScope && m_strPath == m_strCheckedPath)
+        return m_bCheckAnswer;
+    const bool answer = CheckExe(m_strPath, exe.toUpper());
+    if (scope != 0) {
+        m_checkScope = scope;
+        m_strCheckedPath = m_strPath;
+        m_bCheckAnswer = answer;
+    }
+    return answer;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
 // One simulator category with the folder the user gave for it.
 class CCategory
@@ -27,4 +28,8 @@ private:
 
     QString m_strName;
     QString m_strPath;
+    // The last answer of CheckPath, good for the folder cache's scope it was given in.
+    mutable quint64 m_checkScope = 0;
+    mutable QString m_strCheckedPath;
+    mutable bool m_bCheckAnswer = false;
 };

@@ -5,6 +5,7 @@
 #include "app/CMessageBox.h"
 #include "model/CCategory.h"
 #include "model/CDialogRoute.h"
+#include "model/CFolderCache.h"
 #include "model/CInstallGroup.h"
 #include "model/CProduct.h"
 #include "model/CXmlSection.h"
@@ -15,6 +16,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
+#include <QTimer>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -79,11 +81,16 @@ void CDataModel::Init(QString version)
     if (Application::st_strVersion.isEmpty() || Application::st_strVersion == QLatin1String("MPLET"))
         Application::setApplicationVersionEx(QStringLiteral(QUILLMARK_BUILD_VERSION));
     m_strVersion = Application::st_strVersion;
-    InitProductParentCategory();
-    // Every product's folder is known from the start, not only once its card has been built.
-    for (int i = 0; i < m_products.GetSize(); ++i)
-        if (CProduct* product = m_products.GetByIndex(i))
+    // Every product's folder is known from the start, not only once its card has been built. One
+    // pass with the linking to the categories: a product's folder depends on its own category only.
+    {
+        CFolderCache::Scope folders;
+        for (int i = 0; i < m_products.GetSize(); ++i) {
+            CProduct* product = m_products.GetByIndex(i);
+            product->SetCategory(GetCategoryByName(product->GetCategoryName()));
             product->InitNewProdPath(product->GetProductPath());
+        }
+    }
 
     connect(&m_dsVersion, &CDSVersion::SignalCheckHighVersionFinished, this, &CDataModel::CheckHighVersionFinishedSlot);
     connect(&m_dsVersion, &CDSVersion::SignalChangeNewVersion, this, &CDataModel::ChangeNewVersionSlot);
@@ -101,7 +108,8 @@ void CDataModel::InitQMKVersion()
     m_qmkVersion.Init(m_strVersion);
     if (m_bQuillmarkAutoUpdate) {
         m_bQMKCheckPending = true;
-        m_qmkVersion.SearchForNewVersion(true);
+        // The check starts once the event loop runs: the window is up before the network is set up.
+        QTimer::singleShot(0, this, [this] { m_qmkVersion.SearchForNewVersion(true); });
     } else {
         InitDSVersion();
     }
@@ -184,8 +192,15 @@ void CDataModel::InitDSVersion()
                               QStringLiteral("\n\n") + recovered.join(QLatin1Char('\n')),
                           GetMainWnd());
     }
-    if (m_bDSAutoUpdate)
-        m_dsVersion.SearchForNewVersion(false);
+    if (m_bDSAutoUpdate) {
+        // Started from the event loop, as the application check is; a search asked for meanwhile
+        // takes its place.
+        const quint64 searches = m_dsVersion.GetSearchTag();
+        QTimer::singleShot(0, this, [this, searches] {
+            if (m_dsVersion.GetSearchTag() == searches)
+                m_dsVersion.SearchForNewVersion(false);
+        });
+    }
 }
 
 void CDataModel::CheckHighVersionFinishedSlot()
@@ -209,6 +224,7 @@ void CDataModel::CheckHighVersionFinishedSlot()
 
 void CDataModel::ChangeNewVersionSlot(QString newVersion)
 {
+    CFolderCache::Scope folders;
     const QString revision = m_dsVersion.GetTargetRevision();
     for (int i = 0; i < m_products.GetSize(); ++i)
         if (CProduct* product = m_products.GetByIndex(i))
@@ -532,6 +548,8 @@ void CDataModel::InitProductParentCategory()
 
 void CDataModel::InitProdUpdateListForUpdateOrReset(bool forUpdate)
 {
+    CFolderCache::Scope folders;
+    CMyLog::Batch batch;
     m_log.WriteString(QStringLiteral("InitProdUpdateListForUpdateOrReset"), false);
     m_installGroups.Clear();
     for (int i = 0; i < m_products.GetSize(); ++i) {
@@ -544,11 +562,18 @@ void CDataModel::InitProdUpdateListForUpdateOrReset(bool forUpdate)
     if (forUpdate) {
         for (int i = 0; i < m_installGroups.GetSize(); ++i) {
             const CInstallGroup* group = m_installGroups.GetByIndex(i);
-            QString text = QString::asprintf("\n#### Group %d: ", i) + group->GetDataset();
-            for (const QString& path : group->GetInstallPaths())
-                text += QStringLiteral("\n    install_path: ") + path;
-            for (const QString& name : group->GetProdNames())
-                text += QStringLiteral("\n    product: ") + name;
+            QString text = QStringLiteral("\n#### Group ");
+            text += QString::number(i);
+            text += QLatin1String(": ");
+            text += group->GetDataset();
+            for (const QString& path : group->GetInstallPaths()) {
+                text += QLatin1String("\n    install_path: ");
+                text += path;
+            }
+            for (const CProduct* product : group->GetProducts()) {
+                text += QLatin1String("\n    product: ");
+                text += product->GetName();
+            }
             m_log.WriteString(text, false);
         }
     }

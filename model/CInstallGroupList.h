@@ -2,8 +2,10 @@
 
 #include "app/CMyLog.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
+#include <QStringList>
 
 class CInstallGroup;
 class CProduct;
@@ -25,6 +27,17 @@ public:
     CInstallGroup* GetByIndex(int index) const;
 
 private:
+    // Where each dataset's groups are found without asking every group in turn.
+    struct DatasetGroups
+    {
+        int first = -1;
+        // Paths of a group -> the first group with exactly these paths.
+        QHash<QStringList, int> byPaths;
+    };
+    int FindGroup(const CProduct* product, const DatasetGroups& known) const;
+    void AddToGroup(int index, CProduct* product, DatasetGroups& known);
+
     QList<CInstallGroup*> m_groups;
+    QHash<QString, DatasetGroups> m_index;
     CMyLog m_log;
 };

@@ -3,6 +3,7 @@
 #include "model/CCategory.h"
 #include "model/CDataModel.h"
 #include "model/CFileTree.h"
+#include "model/CFolderCache.h"
 #include "model/CInstallGroup.h"
 
 #include <QCoreApplication>
@@ -26,17 +27,36 @@ QString normalised(QString path)
     return path;
 }
 
-// base + "/" + every component after the first, normalised.
-QString joinRest(const QString& base, const QStringList& parts)
+// A path as its first component and the rest from the first '/' on (empty without one), both
+// pointing into the path, which must outlive them. Joining a base with that rest joins it with
+// every later component, without taking the path apart.
+struct PathHead
 {
-    QString result = base;
-    for (int i = 1; i < parts.size(); ++i)
-        result += QLatin1Char('/') + parts.at(i);
-    return normalised(result);
+    QStringRef first;
+    QStringRef rest;
+};
+
+PathHead splitHead(const QString& path)
+{
+    const int slash = path.indexOf(QLatin1Char('/'));
+    if (slash < 0)
+        return {QStringRef(&path), QStringRef()};
+    return {path.leftRef(slash), path.midRef(slash)};
+}
+
+// base + "/" + every component after the first, normalised.
+QString joinRest(const QString& base, const PathHead& head)
+{
+    QString joined;
+    joined.reserve(base.size() + head.rest.size());
+    joined += base;
+    joined += head.rest;
+    CProduct::ReplacePathCL(joined);
+    return joined;
 }
 
 // The four user-folder placeholders share one base table.
-bool staticBase(const QString& placeholder, QString& base)
+bool staticBase(const QStringRef& placeholder, QString& base)
 {
     if (placeholder == kUserAppData)
         base = CDataModel::GetUserAppDataPath();
@@ -79,6 +99,14 @@ CProduct::CProduct(QObject* parent) : QObject(parent), m_strCategoryName(QString
 CProduct::~CProduct()
 {
     qDeleteAll(m_installPaths);
+    delete m_pLog;
+}
+
+CMyLog& CProduct::GetLog()
+{
+    if (!m_pLog)
+        m_pLog = new CMyLog;
+    return *m_pLog;
 }
 
 void CProduct::SetUpdate(bool update)
@@ -111,10 +139,32 @@ void CProduct::SetInstallState(EQMKProductInstallState state)
 
 void CProduct::ReplacePathCL(QString& path)
 {
-    // One pass each, in this order: a slash that a later pass creates next to another stays.
-    path.replace(QStringLiteral("//"), QStringLiteral("/"));
-    path.replace(QStringLiteral("\\\\"), QStringLiteral("/"));
-    path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    // Three passes, in this order: "//" to "/", then "\\\\" to "/", then '\\' to '/', so a slash
+    // that a later pass creates next to another stays. Done as one walk with the same result:
+    // the first pass never brings two backslashes together, and each pass takes its pairs from
+    // the left without overlap.
+    const QChar* text = path.constData();
+    const int length = path.size();
+    int at = 0;
+    while (at < length && text[at] != QLatin1Char('\\') &&
+           !(text[at] == QLatin1Char('/') && at + 1 < length && text[at + 1] == QLatin1Char('/')))
+        ++at;
+    if (at == length)
+        return;
+    // Never longer than before: written in place, each character read before its place is taken.
+    QChar* out = path.data();
+    int written = at;
+    while (at < length) {
+        const QChar c = out[at];
+        if (c == QLatin1Char('/') || c == QLatin1Char('\\')) {
+            out[written++] = QLatin1Char('/');
+            at += at + 1 < length && out[at + 1] == c ? 2 : 1;
+        } else {
+            out[written++] = c;
+            ++at;
+        }
+    }
+    path.truncate(written);
 }
 
 QString CProduct::TranslateNewProdPath()
@@ -122,14 +172,14 @@ QString CProduct::TranslateNewProdPath()
     const QString path = normalised(m_strProductPath);
     if (path.length() < 2)
         return path;
-    const QStringList parts = path.split(QLatin1Char('/'));
-    const QString& first = parts.first();
+    const PathHead parts = splitHead(path);
+    const QStringRef& first = parts.first;
     if (first == kSimPath) {
         if (!m_pCategory)
             return path;
         const QString folder = m_pCategory->GetPath();
         QString base;
-        if (!folder.isEmpty() && QDir(folder).exists() && m_pCategory->CheckPath())
+        if (!folder.isEmpty() && CFolderCache::Exists(folder) && m_pCategory->CheckPath())
             base = folder;
         else
             base = QLatin1Char('<') + m_pCategory->GetName() + QStringLiteral(" - ") +
@@ -150,8 +200,8 @@ void CProduct::InitNewProdPath(QString text)
     if (p.length() < 3)
         return;
 
-    const QStringList parts = p.split(QLatin1Char('/'));
-    const QString& first = parts.first();
+    const PathHead parts = splitHead(p);
+    const QStringRef& first = parts.first;
     QString base;
     if (first == kSimPath) {
         if (!m_pCategory)
@@ -162,7 +212,7 @@ void CProduct::InitNewProdPath(QString text)
     } else if (staticBase(first, base)) {
         m_strNewProductPath = joinRest(base, parts);
     } else if (first == kRegistryKey) {
-        m_log.WriteString(QStringLiteral("**********************************"), false);
+        GetLog().WriteString(QStringLiteral("**********************************"), false);
         const QStringList segments = m_strRegistryKey.split(QLatin1Char('/'));
         if (segments.size() < 2)
             return;
@@ -170,10 +220,11 @@ void CProduct::InitNewProdPath(QString text)
         QString keyPath;
         for (int i = 1; i < segments.size(); ++i)
             keyPath += segments.at(i) + QLatin1Char('/');
-        const QString valueName = parts.size() > 1 ? parts.at(1) : QString();
-        m_log.WriteString(hive, false);
-        m_log.WriteString(keyPath, false);
-        m_log.WriteString(valueName, false);
+        const QStringList components = p.split(QLatin1Char('/'));
+        const QString valueName = components.size() > 1 ? components.at(1) : QString();
+        GetLog().WriteString(hive, false);
+        GetLog().WriteString(keyPath, false);
+        GetLog().WriteString(valueName, false);
         const QString answer = normalised(CDataModel::GetRegistryValue(hive, keyPath, valueName));
         m_strProductPath = answer;
         m_strNewProductPath = answer;
@@ -186,8 +237,8 @@ bool CProduct::InitNewInstallPaths(bool log)
 {
     bool resolvedAny = false;
     for (CInstallPath* entry : qAsConst(m_installPaths)) {
-        const QStringList parts = entry->strPath.split(QLatin1Char('/'));
-        const QString first = parts.first().trimmed();
+        const PathHead parts = splitHead(entry->strPath);
+        const QStringRef first = parts.first.trimmed();
         QString base;
         if (first == kSimPath) {
             // Taken as it stands: the simulator check is the caller's business here.
@@ -199,14 +250,14 @@ bool CProduct::InitNewInstallPaths(bool log)
             staticBase(first, base);
         }
 
-        if (!base.isEmpty() && !QDir(base).exists()) {
+        if (!base.isEmpty() && !CFolderCache::Exists(base)) {
             if (log)
-                m_log.WriteString(QStringLiteral("!!WARNING not exists directory -> ") + base, false);
+                GetLog().WriteString(QStringLiteral("!!WARNING not exists directory -> ") + base, false);
             continue;
         }
         if (base.isEmpty()) {
             if (log)
-                m_log.WriteString(QStringLiteral("!!WARNING not find install_path -") + entry->strPath, false);
+                GetLog().WriteString(QStringLiteral("!!WARNING not find install_path -") + entry->strPath, false);
             continue;
         }
         entry->strNewPath = joinRest(base, parts);
@@ -220,8 +271,8 @@ QString CProduct::InitRealPath(QString path)
     if (path.length() < 2)
         return normalised(path);
     path = normalised(path);
-    const QStringList parts = path.split(QLatin1Char('/'));
-    const QString& first = parts.first();
+    const PathHead parts = splitHead(path);
+    const QStringRef& first = parts.first;
     QString base;
     bool placeholder = true;
     if (first == kSimPath) {
@@ -246,12 +297,19 @@ QString CProduct::InitRealCycleInfoPath()
 
 void CProduct::AddInstallPath(QString text)
 {
-    ReplacePathCL(text);
-    const QStringList parts = text.split(QLatin1Char(':'));
+    // The folder before the first ':', the sub-path up to the second. The separators are put
+    // right in each part: no pair of them reaches across a ':'.
     auto* entry = new CInstallPath;
-    entry->strPath = parts.at(0).trimmed();
-    if (parts.size() > 1)
-        entry->strSecond = parts.at(1).trimmed();
+    const int colon = text.indexOf(QLatin1Char(':'));
+    entry->strPath = text.left(colon);
+    ReplacePathCL(entry->strPath);
+    entry->strPath = std::move(entry->strPath).trimmed();
+    if (colon >= 0) {
+        const int next = text.indexOf(QLatin1Char(':'), colon + 1);
+        entry->strSecond = text.mid(colon + 1, next < 0 ? -1 : next - colon - 1);
+        ReplacePathCL(entry->strSecond);
+        entry->strSecond = std::move(entry->strSecond).trimmed();
+    }
     m_installPaths.append(entry);
 }
 
@@ -307,9 +365,9 @@ QStringList CProduct::RemoveFileList()
         if (target.isEmpty())
             continue;
         if (!IsInsideProductFolders(target)) {
-            m_log.WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ") +
-                                  entry + QStringLiteral(" -> ") + target,
-                              false);
+            GetLog().WriteString(QStringLiteral("!!WARNING remove_file outside the product folders, not deleted -> ") +
+                                     entry + QStringLiteral(" -> ") + target,
+                                 false);
             refused << target;
             continue;
         }
@@ -333,7 +391,7 @@ QString CProduct::GetBackCycleInfoFile() const
 bool CProduct::CycleFolderExists() const
 {
     // An unresolved folder must not fall back to the working directory or "/".
-    return !m_strRealCycleInfoPath.isEmpty() && QDir(m_strRealCycleInfoPath).exists();
+    return !m_strRealCycleInfoPath.isEmpty() && CFolderCache::Exists(m_strRealCycleInfoPath);
 }
 
 bool CProduct::CheckExistCycleInfoFile() const
@@ -353,8 +411,8 @@ void CProduct::ReadCycleFile(const QString& file, QString& cycle, QString& revis
     if (!in.exists())
         return;
     if (!in.open(QIODevice::ReadOnly)) {
-        m_log.WriteString(QStringLiteral("!!WARNING cannot read ") + file + QStringLiteral(": ") + in.errorString(),
-                          false);
+        GetLog().WriteString(QStringLiteral("!!WARNING cannot read ") + file + QStringLiteral(": ") + in.errorString(),
+                             false);
         return;
     }
     QByteArray bytes = in.readAll();
@@ -418,7 +476,7 @@ bool CProduct::WriteUnknownBackupCycleInfoFile(QString* problem)
         if (problem)
             *problem = text;
         else
-            m_log.WriteString(QStringLiteral("!!WARNING ") + text, false);
+            GetLog().WriteString(QStringLiteral("!!WARNING ") + text, false);
     }
     // The caller only needs to know whether a placeholder was due.
     return true;

@@ -77,7 +77,7 @@ public:
     void SetInstallGroup(CInstallGroup* group) { m_pInstallGroup = group; }
 
     // The product's own log; path warnings go there.
-    CMyLog& GetLog() { return m_log; }
+    CMyLog& GetLog();
 
     // Separator normalisation: "//", "\\\\" and "\\" become "/", one pass each.
     static void ReplacePathCL(QString& path);
@@ -117,7 +117,8 @@ private:
     bool CycleFolderExists() const;
     void ReadCycleFile(const QString& file, QString& cycle, QString& revision);
 
-    CMyLog m_log;
+    // Made at the first line: most of thousands of products never write one.
+    CMyLog* m_pLog = nullptr;
     bool m_bUpdate = false;
     QString m_strName;
     QString m_strNewProductPath;

@@ -7,6 +7,8 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 CProductList::~CProductList()
 {
@@ -18,6 +20,8 @@ CProduct* CProductList::Add(QString name)
     auto* product = new CProduct;
     product->SetName(name);
     m_list.append(product);
+    if (m_bByNameValid && !m_byName.contains(name))
+        m_byName.insert(name, product);
     return product;
 }
 
@@ -28,11 +32,16 @@ CProduct* CProductList::GetByIndex(int index) const
 
 CProduct* CProductList::GetByName(const QString& name) const
 {
-    for (CProduct* product : m_list) {
-        if (product->GetName() == name)
-            return product;
+    // The settings name every product: a scan per name would make reading them quadratic.
+    if (!m_bByNameValid) {
+        m_byName.clear();
+        m_byName.reserve(m_list.size());
+        for (CProduct* product : m_list)
+            if (!m_byName.contains(product->GetName()))
+                m_byName.insert(product->GetName(), product);
+        m_bByNameValid = true;
     }
-    return nullptr;
+    return m_byName.value(name, nullptr);
 }
 
 void CProductList::Clear()
@@ -40,19 +49,32 @@ void CProductList::Clear()
     qDeleteAll(m_list);
     m_list.clear();
     m_pCurrent = nullptr;
+    m_byName.clear();
+    m_bByNameValid = false;
 }
 
 template <typename Pred> void CProductList::DropProducts(Pred drop)
 {
-    for (int i = m_list.size() - 1; i >= 0; --i) {
-        CProduct* product = m_list.at(i);
-        if (drop(product)) {
-            if (product == m_pCurrent)
-                m_pCurrent = nullptr;
-            m_list.removeAt(i);
-            delete product;
+    // One pass that keeps the order of the rest; removing one at a time would be quadratic.
+    QList<CProduct*> kept;
+    kept.reserve(m_list.size());
+    QList<CProduct*> dropped;
+    for (CProduct* product : qAsConst(m_list)) {
+        if (!drop(product)) {
+            kept.append(product);
+            continue;
         }
+        if (product == m_pCurrent)
+            m_pCurrent = nullptr;
+        dropped.append(product);
     }
+    if (dropped.isEmpty())
+        return;
+    m_list = kept;
+    m_bByNameValid = false;
+    // From the last to the first, as they were always deleted.
+    for (int i = dropped.size() - 1; i >= 0; --i)
+        delete dropped.at(i);
 }
 
 void CProductList::InitBase(QXmlStreamReader& xml)
@@ -80,22 +102,32 @@ void CProductList::InitProp(QXmlStreamReader& xml)
 
 void CProductList::SortList()
 {
+    // The names beside the pointers, so that a comparison does not go through the product.
+    std::vector<std::pair<QString, CProduct*>> keyed;
+    keyed.reserve(size_t(m_list.size()));
+    for (CProduct* product : qAsConst(m_list))
+        keyed.emplace_back(product->GetName(), product);
+    const auto before = [](const std::pair<QString, CProduct*>& a, const std::pair<QString, CProduct*>& b) {
+        return a.first < b.first;
+    };
     // One bubble pass: equal names never swap, so their catalogue order is kept. A catalogue that
     // is already in order (the usual case) is done after this single pass.
     bool swapped = false;
-    for (int i = 0; i + 1 < m_list.size(); ++i) {
-        if (m_list.at(i + 1)->GetName() < m_list.at(i)->GetName()) {
-            m_list.swapItemsAt(i, i + 1);
+    for (size_t i = 0; i + 1 < keyed.size(); ++i) {
+        if (before(keyed[i + 1], keyed[i])) {
+            std::swap(keyed[i], keyed[i + 1]);
             swapped = true;
         }
     }
     if (!swapped)
         return;
+    m_bByNameValid = false;
     // Further bubble passes would take quadratic time on a large shuffled catalogue. A stable
     // merge sort on the same comparison ends in exactly the order the remaining passes would
     // reach: both are stable, and a stable order under one comparison is unique.
-    std::stable_sort(m_list.begin(), m_list.end(),
-                     [](const CProduct* a, const CProduct* b) { return a->GetName() < b->GetName(); });
+    std::stable_sort(keyed.begin(), keyed.end(), before);
+    for (size_t i = 0; i < keyed.size(); ++i)
+        m_list[int(i)] = keyed[i].second;
 }
 
 void CProductList::parseProducts(QXmlStreamReader& xml, bool bBase)
@@ -184,7 +216,7 @@ void CProductList::parseProductProductPath(QXmlStreamReader& xml)
             text += QStringLiteral("\\ORPX Data\\NavData");
         }
     }
-    m_pCurrent->SetProductPath(text);
+    m_pCurrent->SetProductPath(std::move(text));
 }
 
 void CProductList::parseProductRegistryKey(QXmlStreamReader& xml)
@@ -198,14 +230,14 @@ void CProductList::parseProductInstallPath(QXmlStreamReader& xml)
 {
     QString text;
     if (TakeField(xml, text))
-        m_pCurrent->AddInstallPath(text);
+        m_pCurrent->AddInstallPath(std::move(text));
 }
 
 void CProductList::parseProductCycleInfoPath(QXmlStreamReader& xml)
 {
     QString text;
     if (TakeField(xml, text))
-        m_pCurrent->SetCycleInfoPath(text);
+        m_pCurrent->SetCycleInfoPath(std::move(text));
 }
 
 void CProductList::parseProductRemoveFilePath(QXmlStreamReader& xml)

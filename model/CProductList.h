@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -47,4 +48,8 @@ private:
 
     QList<CProduct*> m_list;
     CProduct* m_pCurrent = nullptr;
+    // Name -> first product of that name, for GetByName; rebuilt after the list changes order.
+    // Names are given before a product joins the list.
+    mutable QHash<QString, CProduct*> m_byName;
+    mutable bool m_bByNameValid = false;
 };

@@ -148,6 +148,12 @@ void TestCatalogue::installGroups_data()
                          "<install_path>$SimPath/Three</install_path>") +
             product("C", "<dataset>d</dataset>"))
         << "C" << QStringList{"A,B,C"} << "A,B,C";
+    QTest::newRow("a first group without paths takes the next member's")
+        << (product("A", "<dataset>d</dataset>") +
+            product("B", "<dataset>d</dataset><install_path>$SimPath/X</install_path>") +
+            product("C", "<dataset>d</dataset><install_path>$SimPath/Y</install_path>") +
+            product("D", "<dataset>d</dataset><install_path>$SimPath/X</install_path>"))
+        << "" << QStringList{"A,B,D", "C"} << "";
     QTest::newRow("unresolved paths never match")
         << (product("A", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>") +
             product("B", "<dataset>d</dataset><install_path>$UserDocuments/X</install_path>"))

@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
 
@@ -362,6 +363,26 @@ private slots:
         }
         if (when == "unzip" || when == "announce")
             QCOMPARE(copies.count(), when == "announce" ? 1 : 0);
+    }
+
+    // The next archives are unpacked while a product is copied; a crash of one of those unzips
+    // is told at its product's turn, after the lines before it, and ends the run there.
+    void unzipCrashAhead()
+    {
+        Products t(3, 40);
+        const QByteArray unzip = QStandardPaths::findExecutable("unzip").toUtf8();
+        ToolPath tools;
+        QVERIFY(tools.addScript("unzip", "#!/bin/sh\ncase \"$4\" in *DS_1.zip) kill -SEGV $$;; esac\nexec " + unzip +
+                                             " \"$@\"\n"));
+        QSignalSpy ready(&t.engine, &CDSVersion::SignalInstallReady);
+        QVERIFY(t.engine.InstallProducts());
+        QTRY_VERIFY_WITH_TIMEOUT(t.engine.GetResult().contains("Prod_1"), 30000);
+        settle();
+        QCOMPARE(t.engine.GetResult(), QString(" + Install success Prod_0\r\nError: Install failed Prod_1\r\n"));
+        QCOMPARE(ready.count(), 0);
+        for (const char* prefix : {"Prod_1/", "Prod_2/"})
+            QCOMPARE(only(t.sums(), prefix), only(t.original, prefix));
+        QCOMPARE(QDir(t.app.path() + "/downloads").entryList({"temp*"}, QDir::Dirs), QStringList());
     }
 
     void idleStopDownload_data()

@@ -123,6 +123,34 @@ private slots:
         QVERIFY(!content.contains("one"));
     }
 
+    void batchWritesWhatSingleWritesWould()
+    {
+        TempAppDir app;
+        QVERIFY(app.writeFile(QStringLiteral("log/a.txt"), "\r\n10:00:00  --  M\xfcnchen"));
+        CMyLog a;
+        a.SetFileName(QStringLiteral("a.txt"));
+        CMyLog b;
+        b.SetFileName(QStringLiteral("b.txt"));
+        {
+            CMyLog::Batch batch;
+            a.WriteString(QStringLiteral("one"), false);
+            b.WriteString(QStringLiteral("dropped"), false);
+            b.WriteString(QStringLiteral("Init"), true);
+            {
+                CMyLog::Batch inner;
+                a.WriteString(QStringLiteral("two"), false);
+            }
+            b.WriteString(QStringLiteral("three"), false);
+            QCOMPARE(app.readFile(QStringLiteral("log/a.txt")), QByteArray("\r\n10:00:00  --  M\xfcnchen"));
+        }
+        const QRegularExpression time(QStringLiteral("\\d\\d:\\d\\d:\\d\\d"));
+        const auto read = [&](const char* name) {
+            return QString::fromLatin1(app.readFile(QLatin1String(name))).replace(time, QStringLiteral("T"));
+        };
+        QCOMPARE(read("log/a.txt"), QStringLiteral("\r\nT  --  M?nchen\r\nT  --  one\r\nT  --  two"));
+        QCOMPARE(read("log/b.txt"), QStringLiteral("\r\nT  --  Init\r\nT  --  three"));
+    }
+
     void unwritableLogNeverStopsTheCaller()
     {
         // A plain file where the folder should be: neither the folder nor the log can be made.

@@ -13,13 +13,18 @@
 #include <QPixmap>
 
 namespace {
-QLabel* imageLabel(const QString& path, QWidget* parent)
+void setImage(QLabel* label, const QString& path)
 {
-    auto* label = new QLabel(parent);
     const QPixmap pixmap(path);
     label->setPixmap(pixmap);
     if (!pixmap.isNull())
         label->setMask(pixmap.mask());
+}
+
+QLabel* imageLabel(const QString& path, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    setImage(label, path);
     return label;
 }
 } // namespace
@@ -34,7 +39,9 @@ void CvlActionBtn::Init(const QString& normalImage, const QString& hoverImage, c
 
     m_pNormal = imageLabel(normalImage, this);
     m_pNormal->setMouseTracking(true);
-    m_pHover = imageLabel(hoverImage, this);
+    // The hover picture is decoded when the pointer first comes, not while the window is built.
+    m_pHover = new QLabel(this);
+    m_strHoverImage = hoverImage;
     m_pHover->hide();
     grid->addWidget(m_pNormal, 0, 0, Qt::AlignCenter);
     grid->addWidget(m_pHover, 0, 0, Qt::AlignCenter);
@@ -76,6 +83,10 @@ void CvlActionBtn::ShowHover(bool hover)
 {
     if (!m_pNormal)
         return;
+    if (hover && !m_strHoverImage.isEmpty()) {
+        setImage(m_pHover, m_strHoverImage);
+        m_strHoverImage.clear();
+    }
     m_pHover->setVisible(hover);
     m_pNormal->setVisible(!hover);
 }

@@ -48,6 +48,7 @@ private:
     Qt::FocusReason m_focusReason = Qt::OtherFocusReason;
     QLabel* m_pNormal = nullptr;
     QLabel* m_pHover = nullptr;
+    QString m_strHoverImage; // until the hover picture is first shown
     VlActionLabel* m_pCaption = nullptr;
     QString m_strShortcut;
 };

@@ -3,6 +3,7 @@
 #include "model/CAiracCycle.h"
 #include "model/CCategory.h"
 #include "model/CDataModel.h"
+#include "model/CFolderCache.h"
 #include "model/CProduct.h"
 #include "ui/VlAppPushButton.h"
 #include "ui/VlBackground.h"
@@ -268,6 +269,7 @@ void VlCatPropsLabel::ShowExpiredCount()
         return;
     const bool selectedOnly = m_strName == QLatin1String("Selected");
     const QDate today = VlCycleDates::Today();
+    CFolderCache::Scope folders;
     int expired = 0;
     for (int i = 0; i < m_pDataModel->GetProductListSize(); ++i) {
         CProduct* product = m_pDataModel->GetProductByIndex(i);

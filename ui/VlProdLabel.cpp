@@ -82,8 +82,8 @@ QString wrapToWidth(const QString& text, const QFontMetrics& metrics, int width,
 }
 } // namespace
 
-VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product)
-    : QWidget(parent), m_pDataModel(dataModel), m_pProduct(product)
+VlProdLabel::VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product, int width)
+    : QWidget(parent), m_pDataModel(dataModel), m_pProduct(product), m_iWidth(width)
 {
     InitWidgets();
     InitSlots();
@@ -126,12 +126,10 @@ void VlProdLabel::InitWidgets()
     upper->setRowStretch(1, 1);
     m_pUpperGrid = upper;
 
-    for (int i = 0; i < 8; ++i) {
-        m_pStateIcons[i] = new QLabel(m_pUpperFrame);
-        m_pStateIcons[i]->setPixmap(VlImages::Pixmap(QString::fromLatin1(st_stateIcons[i])));
-        m_pStateIcons[i]->hide();
-        upper->addWidget(m_pStateIcons[i], 0, 0, st_leftCentre);
-    }
+    // One picture at a time: the label takes the one of the state shown.
+    m_pStateIcon = new QLabel(m_pUpperFrame);
+    m_pStateIcon->hide();
+    upper->addWidget(m_pStateIcon, 0, 0, st_leftCentre);
     m_pTitle = new VlProductTitleLabel(m_pProduct->GetName(), m_pUpperFrame);
     m_pTitle->setToolTip(m_pProduct->GetName());
     upper->addWidget(m_pTitle, 0, 1, st_leftCentre);
@@ -250,7 +248,8 @@ void VlProdLabel::InitWidgets()
 
     retranslate();
     m_bWidgetsBuilt = true;
-    ChangeInstallStateSlot(m_pProduct->GetInstallState());
+    // The cycle line was just filled in by retranslate().
+    ShowStateIcon(m_pProduct->GetInstallState());
 }
 
 void VlProdLabel::InitSlots()
@@ -274,31 +273,36 @@ void VlProdLabel::ChangeInstallStateSlot(EQMKProductInstallState state)
 {
     if (!m_bWidgetsBuilt)
         return;
-    for (QLabel* icon : m_pStateIcons)
-        icon->hide();
-    const int index = static_cast<int>(state) - 1;
-    if (index >= 0 && index < 8) {
-        m_pStateIcons[index]->show();
-        ShowStateText(index + 1);
-    }
+    ShowStateIcon(state);
     UpdateVersionLabel();
+}
+
+void VlProdLabel::ShowStateIcon(EQMKProductInstallState state)
+{
+    const int index = static_cast<int>(state) - 1;
+    if (index < 0 || index >= 8) {
+        m_iShownState = 0;
+        m_pStateIcon->hide();
+        return;
+    }
+    if (m_iShownState != index + 1)
+        m_pStateIcon->setPixmap(VlImages::Pixmap(QString::fromLatin1(st_stateIcons[index])));
+    m_iShownState = index + 1;
+    m_pStateIcon->show();
+    ShowStateText(m_iShownState);
 }
 
 void VlProdLabel::ShowStateText(int state)
 {
     // The icon's colour alone would not tell a screen reader, or a colour-blind pilot, the state.
-    QLabel* icon = m_pStateIcons[state - 1];
-    icon->setToolTip(StateToolTip(state));
-    icon->setAccessibleName(tr("State"));
-    icon->setAccessibleDescription(icon->toolTip());
+    m_pStateIcon->setToolTip(StateToolTip(state));
+    m_pStateIcon->setAccessibleName(tr("State"));
+    m_pStateIcon->setAccessibleDescription(m_pStateIcon->toolTip());
 }
 
 int VlProdLabel::GetShownStateIcon() const
 {
-    for (int i = 0; i < 8; ++i)
-        if (m_pStateIcons[i] && !m_pStateIcons[i]->isHidden())
-            return i + 1;
-    return 0;
+    return m_iShownState;
 }
 
 QString VlProdLabel::StateToolTip(int state) const
@@ -335,7 +339,7 @@ QString VlProdLabel::StateToolTip(int state) const
 QString VlProdLabel::GetStateToolTip() const
 {
     const int state = GetShownStateIcon();
-    return state > 0 ? m_pStateIcons[state - 1]->toolTip() : QString();
+    return state > 0 ? m_pStateIcon->toolTip() : QString();
 }
 
 void VlProdLabel::ProductSetUpdateSlot()
@@ -509,6 +513,7 @@ void VlProdLabel::FitTexts()
     last = qMax(last, qMax(90, m_pSelect->sizeHint().width()));
     const QMargins upper = m_pUpperGrid->contentsMargins();
     const int room = m_iWidth - 4 - 2 - upper.left() - upper.right() - first - last;
+    m_iFittedWidth = m_iWidth;
 
     // Long names and the cycle text wrap rather than run under their neighbours.
     const int titleRoom = room - m_pCategory->sizeHint().width();
@@ -618,6 +623,7 @@ void VlProdLabel::resizeEvent(QResizeEvent* event)
     m_pLowerFrame->setMinimumWidth(qMax(m_iWidth - 6, 0));
     m_pOuterFrame->setMinimumWidth(qMax(m_iWidth - 4, 0));
     m_pPathEdit->setMinimumWidth(qMax(m_iWidth - 180, 0));
-    if (event->oldSize().width() != event->size().width())
+    // Texts are fitted to the assigned width; a resize to the width they already fit needs nothing.
+    if (event->oldSize().width() != event->size().width() && m_iWidth != m_iFittedWidth)
         FitTexts();
 }

@@ -28,7 +28,8 @@ class VlProdLabel : public QWidget, public VlAtom
     Q_OBJECT
 
 public:
-    VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product);
+    // `width` is the width the card is laid out for from the start (see SetAssignedWidth).
+    VlProdLabel(QWidget* parent, CDataModel* dataModel, CProduct* product, int width = 200);
 
     void Init();
     CProduct* GetProduct() const { return m_pProduct; }
@@ -77,6 +78,7 @@ protected:
 
 private:
     // Tooltip, name and description of the state icon say the state in words.
+    void ShowStateIcon(EQMKProductInstallState state);
     void ShowStateText(int state);
     void InitWidgets();
     void InitSlots();
@@ -88,13 +90,16 @@ private:
     CDataModel* m_pDataModel = nullptr;
     CProduct* m_pProduct = nullptr;
     int m_iWidth = 200;
+    // The width the texts were last fitted to, and whether they have changed since.
+    int m_iFittedWidth = -1;
     bool m_bWidgetsBuilt = false;
     bool m_bVisible = true;
     bool m_bShowingPath = false;
     QString m_strCycle; // the cycle text on one line; the label may show it wrapped
     QGridLayout* m_pUpperGrid = nullptr;
 
-    QLabel* m_pStateIcons[8] = {};
+    QLabel* m_pStateIcon = nullptr;
+    int m_iShownState = 0; // install state whose picture the icon shows, 0 for none
     VlProductTitleLabel* m_pTitle = nullptr;
     VlDefaultLabel* m_pCategory = nullptr;
     VlDefaultLabel* m_pDatasetCaption = nullptr;

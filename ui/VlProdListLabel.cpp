@@ -2,6 +2,7 @@
 
 #include "model/CCategory.h"
 #include "model/CDataModel.h"
+#include "model/CFolderCache.h"
 #include "model/CProduct.h"
 #include "ui/VlBackground.h"
 #include "ui/VlProdLabel.h"
@@ -58,6 +59,8 @@ void VlProdListLabel::Init()
 
 QList<VlProdLabel*> VlProdListLabel::GetCards()
 {
+    // Each card reads its folders and cycle files; the simulator folders are looked at once.
+    CFolderCache::Scope folders;
     QList<VlProdLabel*> cards;
     bool built = false;
     for (Entry& entry : m_entries) {
@@ -82,8 +85,8 @@ int VlProdListLabel::GetBuiltCardCount() const
 
 VlProdLabel* VlProdListLabel::BuildCard(Entry& entry)
 {
-    auto* card = new VlProdLabel(m_pContent, m_pDataModel, entry.product);
     const int w = m_pScrollArea->viewport()->width();
+    auto* card = new VlProdLabel(m_pContent, m_pDataModel, entry.product, w);
     card->SetAssignedWidth(w);
     card->setMinimumWidth(w);
     card->resize(w, st_minCardHeight);
@@ -198,6 +201,7 @@ void VlProdListLabel::BuildCardsInView()
     const int from = m_pScrollArea->verticalScrollBar()->value();
     const int to = from + 2 * qMax(m_pScrollArea->viewport()->height(), 1);
     const int estimate = m_iEstimate > 0 ? m_iEstimate : st_minCardHeight;
+    CFolderCache::Scope folders;
     bool built = false;
     for (Entry& entry : m_entries) {
         if (!entry.passes)

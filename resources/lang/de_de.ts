@@ -540,7 +540,10 @@
     </message>
     <message numerus="yes">
         <source>Updated %n product(s) to cycle %1</source>
-        <translation><numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform><numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform></translation>
+        <translation>
+            <numerusform>%n Produkt auf Zyklus %1 aktualisiert</numerusform>
+            <numerusform>%n Produkte auf Zyklus %1 aktualisiert</numerusform>
+        </translation>
     </message>
     <message>
         <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
@@ -552,7 +555,10 @@
     </message>
     <message numerus="yes">
         <source>Reset %n product(s) to their backed-up cycle</source>
-        <translation><numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform><numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform></translation>
+        <translation>
+            <numerusform>%n Produkt auf den gesicherten Zyklus zurückgesetzt</numerusform>
+            <numerusform>%n Produkte auf den gesicherten Zyklus zurückgesetzt</numerusform>
+        </translation>
     </message>
     <message>
         <source>Reset failed</source>
@@ -560,7 +566,10 @@
     </message>
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
-        <translation><numerusform>Backup von %n Produkt gelöscht</numerusform><numerusform>Backups von %n Produkten gelöscht</numerusform></translation>
+        <translation>
+            <numerusform>Backup von %n Produkt gelöscht</numerusform>
+            <numerusform>Backups von %n Produkten gelöscht</numerusform>
+        </translation>
     </message>
     <message>
         <source>Backup removal failed</source>
@@ -698,7 +707,10 @@
     </message>
     <message numerus="yes">
         <source>%n product(s) run an expired cycle.</source>
-        <translation><numerusform>%n Produkt läuft mit einem abgelaufenen Zyklus.</numerusform><numerusform>%n Produkte laufen mit einem abgelaufenen Zyklus.</numerusform></translation>
+        <translation>
+            <numerusform>%n Produkt läuft mit einem abgelaufenen Zyklus.</numerusform>
+            <numerusform>%n Produkte laufen mit einem abgelaufenen Zyklus.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -723,7 +735,10 @@
     </message>
     <message numerus="yes">
         <source>expired %n day(s) ago</source>
-        <translation><numerusform>vor %n Tag abgelaufen</numerusform><numerusform>vor %n Tagen abgelaufen</numerusform></translation>
+        <translation>
+            <numerusform>vor %n Tag abgelaufen</numerusform>
+            <numerusform>vor %n Tagen abgelaufen</numerusform>
+        </translation>
     </message>
 </context>
 <context>

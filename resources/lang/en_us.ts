@@ -540,7 +540,10 @@
     </message>
     <message numerus="yes">
         <source>Updated %n product(s) to cycle %1</source>
-        <translation><numerusform>Updated %n product to cycle %1</numerusform><numerusform>Updated %n products to cycle %1</numerusform></translation>
+        <translation>
+            <numerusform>Updated %n product to cycle %1</numerusform>
+            <numerusform>Updated %n products to cycle %1</numerusform>
+        </translation>
     </message>
     <message>
         <source>Updated %1 of %2 products to cycle %3; the result in the update dialog says why the others failed</source>
@@ -552,7 +555,10 @@
     </message>
     <message numerus="yes">
         <source>Reset %n product(s) to their backed-up cycle</source>
-        <translation><numerusform>Reset %n product to its backed-up cycle</numerusform><numerusform>Reset %n products to their backed-up cycle</numerusform></translation>
+        <translation>
+            <numerusform>Reset %n product to its backed-up cycle</numerusform>
+            <numerusform>Reset %n products to their backed-up cycle</numerusform>
+        </translation>
     </message>
     <message>
         <source>Reset failed</source>
@@ -560,7 +566,10 @@
     </message>
     <message numerus="yes">
         <source>Deleted the backups of %n product(s)</source>
-        <translation><numerusform>Deleted the backup of %n product</numerusform><numerusform>Deleted the backups of %n products</numerusform></translation>
+        <translation>
+            <numerusform>Deleted the backup of %n product</numerusform>
+            <numerusform>Deleted the backups of %n products</numerusform>
+        </translation>
     </message>
     <message>
         <source>Backup removal failed</source>
@@ -698,7 +707,10 @@
     </message>
     <message numerus="yes">
         <source>%n product(s) run an expired cycle.</source>
-        <translation><numerusform>%n product runs an expired cycle.</numerusform><numerusform>%n products run an expired cycle.</numerusform></translation>
+        <translation>
+            <numerusform>%n product runs an expired cycle.</numerusform>
+            <numerusform>%n products run an expired cycle.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -723,7 +735,10 @@
     </message>
     <message numerus="yes">
         <source>expired %n day(s) ago</source>
-        <translation><numerusform>expired %n day ago</numerusform><numerusform>expired %n days ago</numerusform></translation>
+        <translation>
+            <numerusform>expired %n day ago</numerusform>
+            <numerusform>expired %n days ago</numerusform>
+        </translation>
     </message>
 </context>
 <context>
