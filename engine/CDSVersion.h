@@ -117,6 +117,8 @@ public:
     // --- unzip and install ---
     bool InstallProducts();
     void UnzipNextProduct();
+    void UnzipNextProductSoon();
+    void FailInstall(CProduct* product);
     bool UnzippDataset(CProduct* product, QString& error);
     bool StartUnzip(const QString& archive, const QString& target, bool unused = false);
     void CreateTempInstallDirectory();

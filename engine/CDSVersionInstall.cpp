@@ -65,9 +65,7 @@ bool CDSVersion::InstallProducts()
     m_log.WriteString(QStringLiteral("#Product-Update <") + product->GetName() + QLatin1Char('>'), false);
     QString error;
     if (!UnzippDataset(product, error)) {
-        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
-        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
-        removeDir(m_strTempInstallDir);
+        FailInstall(product);
         UnzipNextProduct();
     }
     return true;
@@ -109,10 +107,27 @@ void CDSVersion::UnzipNextProduct()
         QString error;
         if (UnzippDataset(product, error))
             return;
-        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
-        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
-        removeDir(m_strTempInstallDir);
+        FailInstall(product);
     }
+}
+
+// The product's line in the result says it failed; what it unpacked goes.
+void CDSVersion::FailInstall(CProduct* product)
+{
+    product->SetInstallState(QMK_STATE_INSTALL_ERROR);
+    WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+    removeDir(m_strTempInstallDir);
+}
+
+// From inside a failing process's or thread's slot: the next product starts once that slot has
+// returned, and not at all if the run has been stopped meanwhile.
+void CDSVersion::UnzipNextProductSoon()
+{
+    const quint64 tag = m_runTag;
+    QTimer::singleShot(0, this, [this, tag] {
+        if (tag == m_runTag)
+            UnzipNextProduct();
+    });
 }
 
 bool CDSVersion::UnzippDataset(CProduct* product, QString& error)
@@ -269,16 +284,11 @@ void CDSVersion::TakeUnpack(Unpack* unpack)
     if (!IsActiveRun(ERun::Install))
         return;
     m_log.WriteString(QStringLiteral("!!ERROR unzip could not be started: ") + problem, false);
-    if (CProduct* p = CurrentInstallProduct()) {
-        p->SetInstallState(QMK_STATE_INSTALL_ERROR);
-        WriteResult(tr("Install failed") + QLatin1Char(' ') + p->GetName(), true);
-    }
-    removeDir(m_strTempInstallDir);
-    const quint64 tag = m_runTag;
-    QTimer::singleShot(0, this, [this, tag] {
-        if (tag == m_runTag)
-            UnzipNextProduct();
-    });
+    if (CProduct* p = CurrentInstallProduct())
+        FailInstall(p);
+    else
+        removeDir(m_strTempInstallDir);
+    UnzipNextProductSoon();
 }
 
 void CDSVersion::StartUnpacksAhead()
@@ -398,10 +408,8 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
     if (status == QProcess::CrashExit) {
         // The run stops here on purpose: no next product and no ready signal.
         EndRun(ERun::Install);
-        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
-        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
+        FailInstall(product);
         m_log.WriteString(QStringLiteral("!!Error UPDATE-RESULT == UNZIP FAILED ") + product->GetName(), false);
-        removeDir(m_strTempInstallDir);
         DiscardUnpacks();
         return;
     }
@@ -443,14 +451,8 @@ void CDSVersion::unzipProdRrocessFinishedSlot(int exitCode, QProcess::ExitStatus
     } else if (!CRunJournal::Write(journal, entry, &error)) {
         // Without the record a cut-off install could not be undone: nothing is moved.
         m_log.WriteString(QStringLiteral("!!ERROR ") + error, false);
-        product->SetInstallState(QMK_STATE_INSTALL_ERROR);
-        WriteResult(tr("Install failed") + QLatin1Char(' ') + product->GetName(), true);
-        removeDir(m_strTempInstallDir);
-        const quint64 tag = m_runTag;
-        QTimer::singleShot(0, this, [this, tag] {
-            if (tag == m_runTag)
-                UnzipNextProduct();
-        });
+        FailInstall(product);
+        UnzipNextProductSoon();
         return;
     }
     m_strJournal = journal;
