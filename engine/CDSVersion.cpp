@@ -406,6 +406,17 @@ void CDSVersion::ClearDownloadDirectory()
     QDir().mkpath(m_strCycleDir);
 }
 
+// A run that brought no archive leaves no local copy behind: the list alone would read as the cycle
+// held here, and the next opening of the dialog would find nothing new to download. It goes back
+// where the search left it, for a repeated run to take again.
+void CDSVersion::DropListWithoutArchives()
+{
+    const QString list = m_strCycleDir + QLatin1Char('/') + m_strVersionListName;
+    if (GetLocalDatasetList().isEmpty() && QFile::exists(list) &&
+        !QFile::rename(list, m_strDownloadDir + QLatin1Char('/') + m_strVersionListName))
+        QFile::remove(list);
+}
+
 void CDSVersion::DownloadNextDataset()
 {
     ++m_iDownloadIndex;
@@ -415,6 +426,7 @@ void CDSVersion::DownloadNextDataset()
         return;
     if (m_iDownloadIndex >= m_datasetQueue.size()) {
         EndRun(ERun::Download);
+        DropListWithoutArchives();
         m_log.WriteString(QStringLiteral("SignalDownloadDataSetReady"), false);
         if (!CheckDownloadError())
             emit SignalDownloadDataSetReady();
@@ -640,6 +652,7 @@ void CDSVersion::StopDownload()
     // The abort is reported at once: the archive in flight counts as failed and the run ends.
     emit SignalStopDownload();
     StopRun(ERun::Download);
+    DropListWithoutArchives();
 }
 
 QStringList CDSVersion::GetLocalDatasetList() const

@@ -108,6 +108,7 @@ public:
     void SetProdDownloadError();
     void StopDownload();
     void ClearDownloadDirectory();
+    void DropListWithoutArchives();
     QStringList GetLocalDatasetList() const;
     static bool CheckZipExtension(QString& fileName);
     const QStringList& GetDatasetQueue() const { return m_datasetQueue; }

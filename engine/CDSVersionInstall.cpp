@@ -94,11 +94,12 @@ void CDSVersion::UnzipNextProduct()
             continue;
         if (product->GetUpdate())
             product->SetInstallState(QMK_STATE_INSTALL_RUN);
-        if (!product->GetUpdate())
+        if (!product->GetUpdate()) {
             product->SetInstallState(QMK_STATE_NOT_INSTALLED);
-        emit SignalUnzippProduct(product->GetName());
-        if (!product->GetUpdate())
             continue;
+        }
+        // Announced only when installed: the dialog counts the announcements as its progress.
+        emit SignalUnzippProduct(product->GetName());
         // A receiver of the announcement may have stopped the run.
         if (!IsActiveRun(ERun::Install))
             return;

@@ -1,21 +1,24 @@
+#include "engine/CDSVersion.h"
 #include "engine/DownloadManager.h"
 #include "engine/TextProgressBar.h"
+#include "model/CInstallGroupList.h"
+#include "model/CProduct.h"
+#include "model/CProductList.h"
+#include "support/DatasetFiles.h"
 #include "support/TempAppDir.h"
 #include "support/TestServer.h"
 
 #include <QDir>
-#include <QFile>
 #include <QSignalSpy>
-#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 
-Q_DECLARE_METATYPE(CFailureReason::EKind)
-
-#include <cmath>
 #include <limits>
 
+Q_DECLARE_METATYPE(CFailureReason::EKind)
 Q_DECLARE_METATYPE(TestServer::Fault)
+
+using namespace DatasetFiles;
 
 namespace {
 const QByteArray Credentials("webclient:Q7x2Lm9p");
@@ -28,53 +31,100 @@ QByteArray sample(int size)
     return bytes;
 }
 
-QByteArray readAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<none>");
-}
-
-bool writeUserFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write("mine") == 4;
-}
-
-// A loopback port nobody listens on.
-quint16 closedPort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost, 0);
-    const quint16 port = probe.serverPort();
-    probe.close();
-    return port;
-}
-
 struct Finished
 {
     QString urlPath;
     QString file;
     QStringList errors;
-    QByteArray data;
 };
 
 Finished takeFinished(QSignalSpy& spy)
 {
     const QList<QVariant> args = spy.takeFirst();
-    return {args.at(0).toString(), args.at(1).toString(), args.at(2).toStringList(), args.at(3).toByteArray()};
+    return {args.at(0).toString(), args.at(1).toString(), args.at(2).toStringList()};
 }
+
+// Products A and B share dataset DS1, C has DS2; all three selected.
+struct Queue
+{
+    TempAppDir app;
+    QTemporaryDir serverRoot;
+    TestServer http{serverRoot.path()};
+    CProductList products;
+    CDSVersion engine;
+
+    explicit Queue(const QByteArray& versionList = "1801\n")
+    {
+        writeFile(serverRoot.path() + "/quillmark/versionList.txt", versionList);
+        const QString cycle = QString::fromLatin1(versionList.trimmed());
+        writeFile(serverRoot.path() + "/quillmark/" + cycle + "/DS1.zip", "archive one");
+        writeFile(serverRoot.path() + "/quillmark/" + cycle + "/DS2.zip", "archive two");
+        for (const char* entry : {"A:DS1", "B:DS1", "C:DS2"}) {
+            const QStringList parts = QString::fromLatin1(entry).split(':');
+            CProduct* p = products.Add(parts[0]);
+            p->SetDataset(parts[1]);
+            p->SetUpdate(true);
+        }
+        engine.SetProductList(&products);
+    }
+    bool start()
+    {
+        if (!http.start())
+            return false;
+        engine.SetServer(http.hostAndPort());
+        engine.Init("1.0");
+        return search();
+    }
+    bool search()
+    {
+        QSignalSpy finished(&engine, &CDSVersion::SignalCheckHighVersionFinished);
+        engine.SearchForNewVersion(false);
+        return finished.wait(10000);
+    }
+    // Runs the queue; returns "ready" or "error".
+    QString run()
+    {
+        QSignalSpy ready(&engine, &CDSVersion::SignalDownloadDataSetReady);
+        QSignalSpy error(&engine, &CDSVersion::SignalDownloadDataSetError);
+        http.clearRequests();
+        engine.DownloadNewDSVersion();
+        if (ready.isEmpty() && error.isEmpty())
+            (void)QTest::qWaitFor([&] { return !ready.isEmpty() || !error.isEmpty(); }, 20000);
+        return ready.count() + error.count() != 1 ? "none or both" : ready.count() ? "ready" : "error";
+    }
+    QStringList requested() const
+    {
+        QStringList paths;
+        for (const TestServer::Request& r : http.requests())
+            paths << r.path;
+        return paths;
+    }
+    QStringList states() const
+    {
+        QStringList out;
+        for (int i = 0; i < products.GetSize(); ++i)
+            out << QString::number(products.GetByIndex(i)->GetInstallState());
+        return out;
+    }
+    QStringList cycleFiles() const
+    {
+        return QDir(engine.GetCycleDirectory()).entryList(QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    }
+};
 } // namespace
 
+// The downloader against a real loopback server, and the dataset engine over it: the offered version
+// list compared with the local copy in the cycle folder, and the archives it names fetched there.
 class TestDownloadManager : public QObject
 {
     Q_OBJECT
 
 private slots:
+    // A failed transfer is repeated once. How the refusals of a server (401, 404, no connection)
+    // reach the user is the update dialog's and the journey's to show.
     void transfer_data()
     {
-        QTest::addColumn<QString>("scheme"); // "http", "https" or "refused"
-        QTest::addColumn<QByteArray>("credentials");
-        QTest::addColumn<QString>("path");
+        QTest::addColumn<bool>("tls");
         QTest::addColumn<TestServer::Fault>("fault");
         QTest::addColumn<bool>("faultOnce"); // next request only, else every request
         QTest::addColumn<int>("requests");   // HTTP requests the downloader sent
@@ -82,59 +132,40 @@ private slots:
         // the request once more on its own (and drops the answer), so the server may see that many more.
         QTest::addColumn<int>("earlyCloses");
         QTest::addColumn<int>("tlsConnections");
-        QTest::addColumn<int>("lastError");       // stLastError afterwards
         QTest::addColumn<bool>("failed");         // "Failed download file" reported
         QTest::addColumn<QByteArray>("fileLeft"); // content of the target file afterwards
         QTest::addColumn<QStringList>("logLines");
         QTest::addColumn<CFailureReason::EKind>("reason"); // what the user is told after a failure
 
         using K = CFailureReason::EKind;
-        const QByteArray body = sample(300000);
         using F = TestServer::Fault;
-        QTest::newRow("plain success") << "http" << Credentials << "/quillmark/a.zip" << F::None << false << 1 << 0 << 0
-                                       << 0 << false << body << QStringList{"Start Download", "downloadFinished"} << K::None;
+        const QByteArray body = sample(300000);
+        QTest::newRow("plain success") << false << F::None << false << 1 << 0 << 0 << false << body
+                                       << QStringList{"Start Download", "downloadFinished"} << K::None;
         QTest::newRow("server error, repeat succeeds")
-            << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << true << 2 << 0 << 0
-            << int(QNetworkReply::InternalServerError) << false << body
+            << false << F::ServerError << true << 2 << 0 << 0 << false << body
             << QStringList{"!!!Error: Download-Error-ID=401", "Run Download2"} << K::None;
         QTest::newRow("server error twice")
-            << "http" << Credentials << "/quillmark/a.zip" << F::ServerError << false << 2 << 0 << 0
-            << int(QNetworkReply::InternalServerError) << true << QByteArray("Internal Server Error")
+            << false << F::ServerError << false << 2 << 0 << 0 << true << QByteArray("Internal Server Error")
             << QStringList{"Run Download2", "Failed download file"} << K::ServerError;
-        QTest::newRow("wrong credentials")
-            << "http" << QByteArray("webclient:wrong") << "/quillmark/a.zip" << F::None << false << 2 << 0 << 0
-            << int(QNetworkReply::AuthenticationRequiredError) << true << QByteArray("Unauthorized")
-            << QStringList{"!!!Error: Download-Error-ID=204 (credentials refused (HTTP 401))"} << K::CredentialsRefused;
-        QTest::newRow("missing file") << "http" << Credentials << "/quillmark/missing.zip" << F::None << false << 2 << 0
-                                      << 0 << int(QNetworkReply::ContentNotFoundError) << true
-                                      << QByteArray("Not Found") << QStringList{"!!!Error: Download-Error-ID=203 (file missing on the server (HTTP 404))"} << K::FileMissing;
-        QTest::newRow("closed mid-body, repeat succeeds")
-            << "http" << Credentials << "/quillmark/a.zip" << F::CloseMidBody << true << 2 << 1 << 0
-            << int(QNetworkReply::RemoteHostClosedError) << false << body << QStringList{"Run Download2"} << K::None;
+        QTest::newRow("closed mid-body, repeat succeeds") << false << F::CloseMidBody << true << 2 << 1 << 0 << false
+                                                          << body << QStringList{"Run Download2"} << K::None;
         QTest::newRow("closed mid-body twice leaves the half")
-            << "http" << Credentials << "/quillmark/a.zip" << F::CloseMidBody << false << 2 << 2 << 0
-            << int(QNetworkReply::RemoteHostClosedError) << true << body.left(body.size() / 2)
+            << false << F::CloseMidBody << false << 2 << 2 << 0 << true << body.left(body.size() / 2)
             << QStringList{"Failed download file"} << K::ConnectionLost;
         QTest::newRow("tls refused, plain repeat succeeds")
-            << "https" << Credentials << "/quillmark/a.zip" << F::None << false << 1 << 0 << 1
-            << int(QNetworkReply::SslHandshakeFailedError) << false << body
+            << true << F::None << false << 1 << 0 << 1 << false << body
             << QStringList{"!!!Error: SSL-Error", "Run Download2"} << K::None;
-        QTest::newRow("connection refused") << "refused" << Credentials << "/quillmark/a.zip" << F::None << false << 0
-                                            << 0 << 0 << int(QNetworkReply::ConnectionRefusedError) << true
-                                            << QByteArray() << QStringList{"!!!Error: Download-Error-ID=1 (connection refused)"} << K::Refused;
     }
 
     void transfer()
     {
-        QFETCH(QString, scheme);
-        QFETCH(QByteArray, credentials);
-        QFETCH(QString, path);
+        QFETCH(bool, tls);
         QFETCH(TestServer::Fault, fault);
         QFETCH(bool, faultOnce);
         QFETCH(int, requests);
         QFETCH(int, earlyCloses);
         QFETCH(int, tlsConnections);
-        QFETCH(int, lastError);
         QFETCH(bool, failed);
         QFETCH(QByteArray, fileLeft);
         QFETCH(QStringList, logLines);
@@ -145,197 +176,44 @@ private slots:
         QVERIFY(QDir().mkpath(downloads));
         TestServer server;
         QVERIFY(server.start());
-        server.addContent(QStringLiteral("/quillmark/a.zip"), sample(300000));
+        const QString path = QStringLiteral("/quillmark/a.zip");
+        server.addContent(path, sample(300000));
         if (faultOnce)
             server.failNext(1, fault);
         else
             server.setFault(path, fault);
-        if (scheme == QLatin1String("https") && !server.tlsAvailable())
+        if (tls && !server.tlsAvailable())
             QSKIP("no openssl tool to make a test certificate");
-
-        QUrl url(server.url(path, scheme == QLatin1String("https")));
-        if (scheme == QLatin1String("refused"))
-            url.setPort(closedPort());
 
         DownloadManager manager;
         QSignalSpy spy(&manager, &DownloadManager::SignalFinished);
-        manager.credentials = credentials;
-        manager.DownloadFile(url, true, downloads);
+        manager.credentials = Credentials;
+        manager.DownloadFile(QUrl(server.url(path, tls)), true, downloads);
         QVERIFY(spy.wait(20000));
         QCoreApplication::processEvents();
         QCOMPARE(spy.count(), 1);
 
         const Finished result = takeFinished(spy);
-        const QString target = downloads + path.mid(path.lastIndexOf(QLatin1Char('/')));
+        const QString target = downloads + "/a.zip";
         QCOMPARE(result.urlPath, path);
         QCOMPARE(result.file, target);
         QVERIFY2(server.requestCount() >= requests && server.requestCount() <= requests + earlyCloses,
                  qPrintable(QString::number(server.requestCount())));
         QCOMPARE(server.tlsConnectionCount(), tlsConnections);
-        for (const TestServer::Request& r : server.requests())
-            QCOMPARE(r.path, path);
-        QCOMPARE(DownloadManager::stLastError, lastError);
         if (failed)
             QCOMPARE(result.errors, QStringList{QStringLiteral("Failed download file ") + target + "\n"});
         else
             QVERIFY2(result.errors.isEmpty(), qPrintable(result.errors.join('|')));
-        QCOMPARE(readAll(target), fileLeft);
+        QCOMPARE(readFile(target), fileLeft);
         QVERIFY(manager.credentials.isEmpty());
         QCOMPARE(manager.LastFailure().Kind(), reason);
-        QCOMPARE(manager.LastFailure().CouldNotConnect(), reason == CFailureReason::EKind::Refused);
+        QVERIFY(!manager.LastFailure().CouldNotConnect());
 
         const QByteArray log = app.readFile(QStringLiteral("log/Download_log.txt"));
         for (const QString& line : logLines)
             QVERIFY2(log.contains(line.toLatin1()), qPrintable(line));
-        QCOMPARE(log.contains("Run Download2"), requests + tlsConnections == 2 || scheme == "refused");
+        QCOMPARE(log.contains("Run Download2"), requests + tlsConnections == 2);
         QVERIFY(log.endsWith("downloadListFinished"));
-    }
-
-    void requestAsServerSeesIt_data()
-    {
-        QTest::addColumn<bool>("repeat");
-        QTest::newRow("first attempt") << false;
-        QTest::newRow("plain repeat") << true;
-    }
-
-    void requestAsServerSeesIt()
-    {
-        QFETCH(bool, repeat);
-        TempAppDir app;
-        TestServer server;
-        QVERIFY(server.start());
-        server.addContent(QStringLiteral("/quillmark/versionList.txt"), "1801\r\n");
-        if (repeat)
-            server.failNext(1, TestServer::Fault::ServerError);
-
-        DownloadManager manager;
-        QSignalSpy spy(&manager, &DownloadManager::SignalFinished);
-        manager.credentials = Credentials;
-        manager.postBody = "user=demo&cycle=1801";
-        manager.DownloadFile(QUrl(server.url(QStringLiteral("/quillmark/versionList.txt"))), false, app.path());
-        QVERIFY(spy.wait(20000));
-        QCOMPARE(takeFinished(spy).data, QByteArray("1801\r\n"));
-        QVERIFY(manager.postBody.isEmpty());
-        QVERIFY(manager.credentials.isEmpty());
-
-        const QList<TestServer::Request> seen = server.requests();
-        QCOMPARE(seen.size(), repeat ? 2 : 1);
-        for (const TestServer::Request& r : seen) {
-            QCOMPARE(r.method, QByteArray("POST"));
-            QCOMPARE(r.headers.value("content-type"), QByteArray("application/x-www-form-urlencoded;charset=UTF-8"));
-            QCOMPARE(r.headers.value("authorization"), QByteArray("Basic d2ViY2xpZW50OlE3eDJMbTlw"));
-            QCOMPARE(r.body, QByteArray("user=demo&cycle=1801"));
-        }
-        // Not saving to a file leaves the folder alone.
-        QVERIFY(!QFile::exists(app.filePath(QStringLiteral("versionList.txt"))));
-    }
-
-    void stopDuringSlowTransfer()
-    {
-        TempAppDir app;
-        TestServer server;
-        QVERIFY(server.start());
-        server.addContent(QStringLiteral("/slow.zip"), sample(200000));
-        server.addContent(QStringLiteral("/next.txt"), "next");
-        server.setFault(QStringLiteral("/slow.zip"), TestServer::Fault::Slow);
-        server.setSlowPace(2000, 20);
-
-        DownloadManager manager;
-        QSignalSpy finished(&manager, &DownloadManager::SignalFinished);
-        QSignalSpy percent(&manager, &DownloadManager::SignalChangePercent);
-        manager.credentials = Credentials;
-        manager.DownloadFile(QUrl(server.url(QStringLiteral("/slow.zip"))), true, app.path());
-        QVERIFY(percent.wait(20000));
-        QCOMPARE(finished.count(), 0);
-
-        manager.stopDownloadSlot();
-        QCOMPARE(finished.count(), 1);
-        const Finished stopped = takeFinished(finished);
-        QVERIFY(stopped.errors.contains(QStringLiteral("User abort")));
-        QVERIFY(app.readFile(QStringLiteral("log/Download_log.txt")).contains("stopDownloadSlot"));
-        const qint64 partial = QFileInfo(app.filePath(QStringLiteral("slow.zip"))).size();
-        QVERIFY(partial < 200000);
-
-        // A stray repeat of the stopped transfer would show up before the next one ends.
-        manager.credentials = Credentials;
-        manager.DownloadFile(QUrl(server.url(QStringLiteral("/next.txt"))), true, app.path());
-        QVERIFY(finished.wait(20000));
-        QCOMPARE(takeFinished(finished).errors, QStringList());
-        QCOMPARE(finished.count(), 0);
-        QCOMPARE(server.requestCount(), 2);
-    }
-
-    void lastDataKeepsOnlyTheFinalChunk()
-    {
-        TempAppDir app;
-        TestServer server;
-        QVERIFY(server.start());
-        const QByteArray body = sample(20000);
-        server.addContent(QStringLiteral("/chunks.bin"), body);
-        server.setFault(QStringLiteral("/chunks.bin"), TestServer::Fault::Slow);
-        server.setSlowPace(4000, 30);
-
-        DownloadManager manager;
-        QSignalSpy finished(&manager, &DownloadManager::SignalFinished);
-        manager.credentials = Credentials;
-        manager.DownloadFile(QUrl(server.url(QStringLiteral("/chunks.bin"))), false, app.path());
-        QVERIFY(finished.wait(20000));
-        const Finished result = takeFinished(finished);
-        QVERIFY(result.errors.isEmpty());
-        QVERIFY(!result.data.isEmpty());
-        QVERIFY2(result.data.size() < body.size(), "last data should hold only the final chunk");
-        QCOMPARE(result.data, body.right(result.data.size()));
-        QVERIFY(!QFile::exists(app.filePath(QStringLiteral("chunks.bin"))));
-    }
-
-    // clang-format off
-    void targetProblems_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("folder"); // below the temporary program folder
-        QTest::addColumn<QString>("savedAs");
-        QTest::addColumn<bool>("sent");
-        QTest::newRow("path ending in a slash") << "/quillmark/" << "downloads" << "download" << true;
-        QTest::newRow("missing download folder") << "/quillmark/a.zip" << "no/such/folder" << "a.zip" << false;
-    }
-    // clang-format on
-
-    void targetProblems()
-    {
-        QFETCH(QString, path);
-        QFETCH(QString, folder);
-        QFETCH(QString, savedAs);
-        QFETCH(bool, sent);
-        TempAppDir app;
-        QVERIFY(QDir().mkpath(app.filePath(QStringLiteral("downloads"))));
-        TestServer server;
-        QVERIFY(server.start());
-        server.addContent(path, "content");
-        server.addContent(QStringLiteral("/ok.txt"), "ok");
-        const QString dir = app.filePath(folder);
-
-        DownloadManager manager;
-        QSignalSpy finished(&manager, &DownloadManager::SignalFinished);
-        manager.credentials = Credentials;
-        manager.DownloadFile(QUrl(server.url(path)), true, dir);
-        if (sent) {
-            QVERIFY(finished.wait(20000));
-            const Finished result = takeFinished(finished);
-            QCOMPARE(result.file, dir + "/" + savedAs);
-            QCOMPARE(readAll(dir + "/" + savedAs), QByteArray("content"));
-            return;
-        }
-        // No request and no signal; the message rides along with the next transfer's errors.
-        QCOMPARE(finished.count(), 0);
-        manager.credentials = Credentials;
-        manager.DownloadFile(QUrl(server.url(QStringLiteral("/ok.txt"))), true, app.filePath("downloads"));
-        QVERIFY(finished.wait(20000));
-        QCOMPARE(server.requestCount(), 1);
-        QCOMPARE(server.lastRequest().path, QStringLiteral("/ok.txt"));
-        const QStringList errors = takeFinished(finished).errors;
-        QCOMPARE(errors.size(), 1);
-        QVERIFY(errors.first().startsWith(QStringLiteral("Problem opening save file ") + dir + "/" + savedAs +
-                                          " for download " + server.url(path) + "\n"));
     }
 
     void linkInTheWay_data()
@@ -353,7 +231,7 @@ private slots:
         QTemporaryDir outside;
         const QString userFile = outside.filePath("mine.txt");
         if (!dangling)
-            QVERIFY(writeUserFile(userFile));
+            QVERIFY(writeFile(userFile, "mine"));
         const QString downloads = app.filePath("downloads");
         QVERIFY(QDir().mkpath(downloads));
         QVERIFY(QFile::link(userFile, downloads + "/a.zip"));
@@ -368,8 +246,10 @@ private slots:
         QVERIFY(finished.wait(20000));
         QVERIFY(takeFinished(finished).errors.isEmpty());
         QVERIFY(!QFileInfo(downloads + "/a.zip").isSymLink());
-        QCOMPARE(readAll(downloads + "/a.zip"), QByteArray("fresh"));
-        QCOMPARE(readAll(userFile), dangling ? QByteArray("<none>") : QByteArray("mine"));
+        QCOMPARE(readFile(downloads + "/a.zip"), QByteArray("fresh"));
+        QCOMPARE(QFileInfo::exists(userFile), !dangling);
+        if (!dangling)
+            QCOMPARE(readFile(userFile), QByteArray("mine"));
     }
 
     void progressLine_data()
@@ -434,6 +314,176 @@ private slots:
         QFETCH(double, speed);
         QFETCH(QString, text);
         QCOMPARE(DownloadManager::speedText(speed), text);
+    }
+
+    // clang-format off
+    void parsesAndCompares_data()
+    {
+        QTest::addColumn<QByteArray>("server"); // "<404>": the server has no list
+        QTest::addColumn<QByteArray>("local");  // "<none>": no local copy, "<dir>": one that cannot be read
+        QTest::addColumn<QString>("version");
+        QTest::addColumn<QString>("revision");
+        QTest::addColumn<QString>("emitted"); // digits sent with SignalChangeNewVersion, empty for none
+        QTest::addColumn<bool>("newer");
+
+        QTest::newRow("words around the number")
+            << QByteArray("AIRAC 2101 final") << QByteArray("<none>") << "AIRAC 2101 final" << "1" << "2101" << true;
+        QTest::newRow("trailing empty lines")
+            << QByteArray("Revision: 2\n1801\n\n  \n\n") << QByteArray("<none>") << "1801" << "2" << "1801" << true;
+        QTest::newRow("CR LF lines")
+            << QByteArray("Revision : 3\r\n1801\r\n") << QByteArray("Revision: 3\r\n1801\r\n") << "1801" << "3"
+            << "1801" << false;
+        QTest::newRow("no revision equals local revision 1")
+            << QByteArray("1801") << QByteArray("Revision: 1\n1801") << "1801" << "1" << "1801" << false;
+        QTest::newRow("same digits, other words")
+            << QByteArray("AIRAC 1801") << QByteArray("Cycle 1801\n") << "AIRAC 1801" << "1" << "1801" << false;
+        QTest::newRow("lower cycle counts as new")
+            << QByteArray("1712") << QByteArray("1801") << "1712" << "1" << "1712" << true;
+        QTest::newRow("revision differs")
+            << QByteArray("Revision: 3\n1801") << QByteArray("Revision: 2\n1801") << "1801" << "3" << "1801" << true;
+        QTest::newRow("repeated revision, first wins")
+            << QByteArray("Revision: 2\nRevision: 5\n1801") << QByteArray("Revision: 2\nRevision: 7\n1801") << "1801"
+            << "2" << "1801" << false;
+        QTest::newRow("text after second colon dropped")
+            << QByteArray("Revision: 4:old\n1801") << QByteArray("<none>") << "1801" << "4" << "1801" << true;
+        QTest::newRow("only blank lines") << QByteArray("\n \n\t\n") << QByteArray("1801") << "" << "1" << "" << true;
+        QTest::newRow("binary, cut at NUL")
+            << QByteArray("\x01\x02 1901\n\xff\xfe 1802\0\n2001\n", 20) << QByteArray("<none>")
+            << QString::fromLatin1("\xff\xfe 1802") << "1" << "1802" << true;
+        QTest::newRow("no digits")
+            << QByteArray("NEXT CYCLE\n") << QByteArray("1801") << "NEXT CYCLE" << "1" << "" << true;
+        QTest::newRow("local copy unreadable")
+            << QByteArray("1801") << QByteArray("<dir>") << "1801" << "1" << "1801" << true;
+        QTest::newRow("server has no list") << QByteArray("<404>") << QByteArray("1801") << "" << "" << "" << true;
+    }
+    // clang-format on
+
+    void parsesAndCompares()
+    {
+        QFETCH(QByteArray, server);
+        QFETCH(QByteArray, local);
+        QFETCH(QString, version);
+        QFETCH(QString, revision);
+        QFETCH(QString, emitted);
+        QFETCH(bool, newer);
+
+        TempAppDir app;
+        QTemporaryDir root;
+        if (server != "<404>")
+            QVERIFY(writeFile(root.path() + "/quillmark/versionList.txt", server));
+        TestServer http(root.path());
+        QVERIFY(http.start());
+
+        CDSVersion engine;
+        engine.SetServer(http.hostAndPort());
+        engine.Init("1.0");
+        const QString localCopy = engine.GetCycleDirectory() + "/versionList.txt";
+        if (local == "<dir>")
+            QVERIFY(QDir().mkpath(localCopy));
+        else if (local != "<none>")
+            QVERIFY(writeFile(localCopy, local));
+
+        QSignalSpy changed(&engine, &CDSVersion::SignalChangeNewVersion);
+        QSignalSpy finished(&engine, &CDSVersion::SignalCheckHighVersionFinished);
+        QSignalSpy failed(&engine, &CDSVersion::SignalDownloadError);
+        engine.SearchForNewVersion(true);
+        QVERIFY(finished.wait(10000));
+
+        QCOMPARE(engine.GetNewVersion(), version);
+        if (server != "<404>")
+            QCOMPARE(engine.GetNewRevision(), revision);
+        QCOMPARE(failed.count(), server == "<404>" ? 1 : 0);
+        QCOMPARE(changed.count(), emitted.isEmpty() ? 0 : 1);
+        if (!emitted.isEmpty())
+            QCOMPARE(changed.at(0).at(0).toString(), emitted);
+        QCOMPARE(engine.CheckNewVersionRevision(), newer);
+
+        // One authorised POST per attempt, for the list only.
+        const QList<TestServer::Request> requests = http.requests();
+        QVERIFY(!requests.isEmpty());
+        for (const TestServer::Request& r : requests) {
+            QCOMPARE(r.method, QByteArray("POST"));
+            QCOMPARE(r.path, QString("/quillmark/versionList.txt"));
+            QCOMPARE(r.headers.value("authorization"), "Basic " + QByteArray("webclient:Q7x2Lm9p").toBase64());
+        }
+        // The fetched list waits in the download folder; the local copy is not touched by a search.
+        if (local != "<none>" && local != "<dir>")
+            QCOMPARE(readFile(localCopy), local);
+    }
+
+    // Without a download folder the downloader would neither ask nor answer; the search must end.
+    void unwritableDownloadFolderEndsSearch()
+    {
+        TempAppDir app;
+        TestServer http;
+        QVERIFY(http.start());
+        CDSVersion engine;
+        engine.SetServer(http.hostAndPort());
+        engine.Init("1.0");
+        QVERIFY(QDir().mkpath(engine.GetDownloadDirectory() + "/versionList.txt")); // a folder in the way
+        QSignalSpy finished(&engine, &CDSVersion::SignalCheckHighVersionFinished);
+        QSignalSpy failed(&engine, &CDSVersion::SignalDownloadError);
+        engine.SearchForNewVersion(false);
+        QVERIFY(finished.wait(5000));
+        QCOMPARE(failed.count(), 1);
+        QCOMPARE(http.requestCount(), 0);
+        QVERIFY(app.readFile("log/log_dsupdate.txt").contains("!!ERROR versionList.txt not requested"));
+    }
+
+    void singleProduct()
+    {
+        Queue q;
+        CProduct* single = q.products.GetByIndex(2);
+        CInstallGroupList groups;
+        for (int i = 0; i < 3; ++i)
+            groups.AssignProduct(q.products.GetByIndex(i));
+        q.engine.SetSingleProduct(single);
+        QVERIFY(q.start());
+        QSignalSpy states(q.products.GetByIndex(0), &CProduct::SignalChangeInstallState);
+        QCOMPARE(q.run(), QString("ready"));
+        QCOMPARE(q.requested(), QStringList{"/quillmark/1801/DS2.zip"});
+        QCOMPARE(q.states(), (QStringList{"4", "4", "1"}));
+        QCOMPARE(states.count(), 1);
+    }
+
+    // A folder where the archive should go: the downloader would stay silent, the queue must not.
+    void unwritableTargetCountsAsFailure()
+    {
+        Queue q;
+        QVERIFY(q.start());
+        QCOMPARE(q.run(), QString("ready")); // first run fills the cycle folder for 1801
+        QVERIFY(QFile::remove(q.engine.GetCycleDirectory() + "/DS1.zip"));
+        QVERIFY(QDir().mkpath(q.engine.GetCycleDirectory() + "/DS1.zip"));
+        q.engine.ResetResult();
+        QCOMPARE(q.run(), QString("ready"));
+        QCOMPARE(q.requested(), QStringList{"/quillmark/1801/DS2.zip"});
+        QCOMPARE(q.states(), (QStringList{"6", "6", "1"}));
+        QCOMPARE(q.engine.GetResult(), QString("Error: Download failed DS1.zip\r\n + Download success DS2.zip\r\n"));
+        QVERIFY(q.app.readFile("log/log_dsupdate.txt").contains("is in the way"));
+    }
+
+    void cycleFolderKeptForSameCycleOnly()
+    {
+        Queue q;
+        QVERIFY(q.start());
+        QCOMPARE(q.run(), QString("ready"));
+        const QString cycle = q.engine.GetCycleDirectory();
+        QVERIFY(writeFile(cycle + "/OLD.zip", "kept while the cycle stays"));
+
+        QVERIFY(q.search());
+        QCOMPARE(q.run(), QString("ready"));
+        QCOMPARE(q.cycleFiles(), (QStringList{"DS1.zip", "DS2.zip", "OLD.zip", "versionList.txt"}));
+
+        // The server moves on to 1802: the cycle folder starts empty and takes the new list.
+        writeFile(q.serverRoot.path() + "/quillmark/versionList.txt", "Revision: 2\n1802\n");
+        writeFile(q.serverRoot.path() + "/quillmark/1802/DS1.zip", "next one");
+        writeFile(q.serverRoot.path() + "/quillmark/1802/DS2.zip", "next two");
+        QVERIFY(q.search());
+        QCOMPARE(q.run(), QString("ready"));
+        QCOMPARE(q.cycleFiles(), (QStringList{"DS1.zip", "DS2.zip", "versionList.txt"}));
+        QCOMPARE(readFile(cycle + "/versionList.txt"), QByteArray("Revision: 2\n1802\n"));
+        QCOMPARE(readFile(cycle + "/DS1.zip"), QByteArray("next one"));
+        QCOMPARE(q.requested(), (QStringList{"/quillmark/1802/DS1.zip", "/quillmark/1802/DS2.zip"}));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "app/Application.h"
 #include "app/CMessageBox.h"
+#include "engine/CDSVersion.h"
 #include "model/CDataModel.h"
 #include "model/CProduct.h"
 #include "support/DatasetFiles.h"
@@ -25,10 +26,13 @@
 #include "ui/dlgUpdateQMKVersion.h"
 #include "ui/wdgBackupLocal.h"
 
+#include <QApplication>
 #include <QCryptographicHash>
 #include <QLabel>
 #include <QProcess>
+#include <QProgressBar>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QScopedPointer>
 #include <QTest>
 #include <QTimer>
@@ -195,22 +199,6 @@ private:
     const Program& m_program;
     QMap<QString, int> m_sizes;
 };
-
-// curl's status code for a POST, as an administrator checks the server.
-int curlStatus(const QStringList& arguments, QByteArray* body = nullptr)
-{
-    QProcess curl;
-    curl.start(QStringLiteral("curl"),
-               QStringList{"-s", "-o", "-", "-w", "\n%{http_code}", "-X", "POST", "-d", "client=quillmark"} +
-                   arguments);
-    if (!curl.waitForFinished(20000))
-        return -1;
-    const QByteArray out = curl.readAllStandardOutput();
-    const int split = out.lastIndexOf('\n');
-    if (body)
-        *body = out.left(split);
-    return curl.exitCode() != 0 ? -curl.exitCode() : out.mid(split + 1).toInt();
-}
 } // namespace
 
 // The whole program the way a user meets it, against the production web server of the README.
@@ -287,26 +275,14 @@ private slots:
     }
 
     // The recipe's TLS port, which the program itself does not use: the same files behind the same
-    // credentials, for clients that trust its certificate. The plain port is the journey's.
-    void tlsPort_data()
-    {
-        QTest::addColumn<QStringList>("options");
-        QTest::addColumn<int>("status"); // negative: curl's exit code
-        const QStringList trusted{"--cacert", m_server.certificatePath()};
-        QTest::newRow("certificate trusted") << trusted + QStringList{"-u", "webclient:Q7x2Lm9p"} << 200;
-        QTest::newRow("certificate unknown") << QStringList{"-u", "webclient:Q7x2Lm9p"} << -60;
-        QTest::newRow("no credentials") << trusted << 401;
-    }
-
+    // credentials (the same server block), for clients that trust its certificate.
     void tlsPort()
     {
-        QFETCH(QStringList, options);
-        QFETCH(int, status);
-        QByteArray body;
-        const QString url = QString("https://127.0.0.1:%1/quillmark/versionList.txt").arg(m_server.tlsPort());
-        QCOMPARE(curlStatus(options + QStringList{url}, &body), status);
-        if (status == 200)
-            QCOMPARE(body, kVersionList);
+        QProcess curl;
+        curl.start("curl", {"-sf", "-X", "POST", "--cacert", m_server.certificatePath(), "-u", "webclient:Q7x2Lm9p",
+                            QString("https://127.0.0.1:%1/quillmark/versionList.txt").arg(m_server.tlsPort())});
+        QVERIFY(curl.waitForFinished(20000));
+        QCOMPARE(curl.readAllStandardOutput(), kVersionList);
     }
 
     // 1. The program starts with both checks on: the self-update dialog offers 1.2.4 and is closed,
@@ -347,39 +323,82 @@ private slots:
         QVERIFY2(app >= 0 && cycle > app, access.constData());
         QVERIFY(m_run->log("log_qmkupdate.txt").contains("New version 1.2.4"));
         QVERIFY(m_run->log("log_dsupdate.txt").contains("# New   Cycle-Version: 1802 Revision: 1"));
-        const QByteArray model = m_run->log("log_datamodel.txt");
-        QVERIFY(model.indexOf("Show dlgUpdateQMKVersion") >= 0);
-        QVERIFY(model.indexOf("Show dlgUpdateDatasetVersion") > model.indexOf("Show dlgUpdateQMKVersion"));
     }
 
-    // 2. The selected products are updated through the dialog: two datasets, Charlie and Delta
-    // share one folder and are served by one install.
+    // 2. The selected products are updated by keyboard alone: it starts on the consent, Return takes
+    // the step on offer, Escape before the install asks whether to leave it for later. Two datasets;
+    // Charlie and Delta share one folder and are served by one install.
     void updateSelected()
     {
         QVERIFY(m_run->window);
         const LogMark mark(*m_run);
+        const int accessBefore = m_server.accessLog().size();
         DialogDriver driver;
         QString downloaded, installed, result;
+        QStringList progress;
+        QSet<QString> cards;
         driver.then([&](QDialog* d) {
             auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
             QVERIFY(dialog);
-            if (!dialog->GetOverwriteAccept()->isChecked())
-                tick(dialog->GetOverwriteAccept());
-            click(dialog->GetDownloadButton());
+            const auto press = [&](Qt::Key key) {
+                QWidget* focus = QApplication::focusWidget();
+                QTest::keyClick(focus && dialog->isAncestorOf(focus) ? focus : dialog, key);
+            };
+            const auto progressText = [&] { progress << dialog->GetProgressBar()->format(); };
+            connect(dialog->GetDSVersion(), &CDSVersion::SignalDownloadProgress, dialog, progressText);
+            connect(dialog->GetDSVersion(), &CDSVersion::SignalUnzippProduct, dialog, progressText);
+            QVERIFY(!dialog->GetProgressBar()->isTextVisible());
+            // The gate: nothing to press until the overwrite is accepted.
+            QVERIFY(dialog->GetDownloadButton()->isVisible() && !dialog->GetDownloadButton()->isEnabled());
+            QApplication::setActiveWindow(dialog); // what the window manager does for a new dialog
+            QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(dialog->GetOverwriteAccept()));
+            press(Qt::Key_Space);
+            QVERIFY(dialog->GetDownloadButton()->isDefault());
+            press(Qt::Key_Return);
             QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateDownloaded), 30000);
             downloaded = dialog->GetMessageLabel()->text();
-            click(dialog->GetInstallButton());
+            QVERIFY(dialog->GetDownloadButton()->isHidden() && dialog->GetInstallButton()->isDefault());
+            QCOMPARE(dialog->GetVersionCombo()->count(), 2); // the downloaded cycle is also held locally
+            // Leaving now asks once; "no" keeps the dialog and its step.
+            CMessageBox::setAnswer(false);
+            press(Qt::Key_Escape);
+            CMessageBox::setAnswer(true);
+            QVERIFY(dialog->isVisible());
+            press(Qt::Key_Return);
             QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateInstalled), 30000);
             installed = dialog->GetMessageLabel()->text();
+            QCOMPARE(dialog->GetProgressBar()->value(), 100);
+            QVERIFY(dialog->GetInstallButton()->isHidden() && !dialog->GetCancelButton()->isEnabled());
+            QVERIFY(dialog->GetOkButton()->isDefault());
+            // The cards show the new cycle while the dialog is still open.
+            for (const QString name : {"Alpha FMS", "Bravo FMS", "Charlie GNS", "Delta GNS"})
+                cards << m_run->card(name)->GetCycleText().left(33);
+            const int height = dialog->height();
             click(dialog->GetResultPane()->GetShowButton());
+            QCOMPARE(dialog->height(), height + VlFoldPane::kPaneHeight + 2);
             result = dialog->GetResultPane()->GetPane()->text();
-            click(dialog->GetOkButton());
+            press(Qt::Key_Return);
+            QVERIFY(!dialog->isVisible());
         });
         // The button looks for the newest cycle first; the dialog follows the answer.
         click(m_run->window->GetActionButtons().at(0));
         QTRY_COMPARE_WITH_TIMEOUT(driver.count(), 1, 30000);
         QCOMPARE(downloaded, QString("Update 1802 downloaded."));
         QCOMPARE(installed, QString("Installation complete."));
+        // One question, the one before the install; an installed cycle is left without one.
+        QCOMPARE(m_run->boxes.count(), 1);
+        QCOMPARE(m_run->boxes.boxes().first().text, QString("Cycle 1802 is downloaded but not installed yet.\n"
+                                                            "Leave it for later? You can install it from the "
+                                                            "Update button at any time."));
+        m_run->boxes.clear();
+        QCOMPARE(cards, QSet<QString>{"Installed: cycle 1802, revision 1"});
+        QVERIFY2(!progress.filter(QRegularExpression("^XP1[01]NAV \\([12] of 2\\) — \\d+\\.\\d of \\d+\\.\\d [kM]B"))
+                      .isEmpty(),
+                 qPrintable(progress.join(" | ")));
+        // Each product the run installs is counted once; Echo is not selected and not announced.
+        QCOMPARE(progress.filter("Install"),
+                 (QStringList{"Installing Alpha FMS (1 of 3)", "Installing Bravo FMS (2 of 3)",
+                              "Installing Charlie GNS (3 of 3)"}));
         // The window tells what the run did, in the English a pilot reads.
         QCOMPARE(m_run->window->GetStatusLabel()->text(), QString("Updated 4 products to cycle 1802"));
         for (const QString name : {"Charlie GNS", "Delta GNS"})
@@ -392,7 +411,8 @@ private slots:
             QCOMPARE(readFile(m_run->cycleFolder() + "/" + dataset + ".zip"),
                      served("/quillmark/1802/" + dataset + ".zip"));
         QCOMPARE(readFile(m_run->cycleFolder() + "/versionList.txt"), kVersionList);
-        QCOMPARE(m_run->boxes.count(), 0);
+        // Alpha and Bravo share XP11NAV: it is fetched once.
+        QCOMPARE(m_server.accessLog().mid(accessBefore).count("POST /quillmark/1802/XP11NAV.zip HTTP"), 1);
         const QByteArray copy = mark.since("log_fcopy.txt");
         QVERIFY2(copy.contains("NavData"), copy.constData());
         QVERIFY(mark.since("Download_log.txt").contains("XP10NAV.zip"));
@@ -455,31 +475,38 @@ private slots:
         QVERIFY(log.contains("unzip -o \"" + archive.toUtf8() + "\""));
     }
 
-    // 4. One product reset from its card; the backups of the others removed from the action button.
+    // 4. One product reset from its card, the backup of another deleted from its card, then the
+    // backups of the selection deleted from the action button. Each dialog says first what it
+    // touches, and runs once per opening.
     void resetAndRemoval()
     {
         QVERIFY(m_run->window);
         const LogMark mark(*m_run);
         DialogDriver driver;
-        QStringList panes, messages, results;
+        QStringList touched, panes, started, messages, results, statuses;
         const auto run = [&](int readyState) {
             return [&, readyState](QDialog* d) {
                 auto* dialog = qobject_cast<DlgBackupRun*>(d);
                 QVERIFY(dialog);
+                touched << dialog->GetTouchedLabel()->text();
                 click(dialog->GetProductsPane()->GetShowButton());
                 panes << dialog->GetProductsPane()->GetPane()->text();
                 click(dialog->GetActionButton());
+                started << dialog->GetMessageLabel()->text();
                 QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), readyState, 30000);
                 messages << dialog->GetMessageLabel()->text();
+                QVERIFY(dialog->GetActionButton()->isHidden() && !dialog->GetCancelButton()->isEnabled());
                 click(dialog->GetResultPane()->GetShowButton());
                 results << dialog->GetResultPane()->GetPane()->text();
                 click(dialog->GetOkButton());
             };
         };
+        const auto status = [&] { statuses << m_run->window->GetStatusLabel()->text(); };
         driver.then(run(13));
         VlProdLabel* alpha = m_run->card("Alpha FMS");
         click(alpha->GetShowCommandsButton());
         click(alpha->GetResetButton());
+        status();
         QCOMPARE(driver.count(), 1);
         // A reset gives the files back as they were; what the cycle added and nothing replaced stays.
         QMap<QString, QByteArray> expected = m_run->installed({"Bravo", "Shared"}, true);
@@ -489,11 +516,25 @@ private slots:
         verifyCards({"Bravo FMS", "Charlie GNS", "Delta GNS"});
 
         driver.then(run(17));
+        m_run->card("Bravo FMS")->ClickedRemoveBackupSlot();
+        status();
+        driver.then(run(17));
         click(m_run->window->GetActionButtons().at(2));
-        QCOMPARE(driver.titles(), (QStringList{"Reset navigation data", "Delete backups"}));
+        status();
+        QCOMPARE(driver.titles(), (QStringList{"Reset navigation data", "Delete backups", "Delete backups"}));
+        QCOMPARE(touched,
+                 (QStringList{"Alpha FMS: back to cycle 1801", "Bravo FMS: the backup of cycle 1801 is deleted",
+                              "Alpha FMS: no backup to delete\nBravo FMS: no backup to delete\n"
+                              "Charlie GNS, Delta GNS: the backup of cycle 1801 is deleted\n"
+                              "    (they share one folder and one backup)"}));
+        // "Run reset." gives way at once to the product being worked on.
+        QCOMPARE(started, (QStringList{"Reset Alpha FMS", "Delete backup Bravo FMS", "Delete backup Charlie GNS"}));
+        QCOMPARE(statuses, (QStringList{"Reset 1 product to its backed-up cycle", "Deleted the backup of 1 product",
+                                        "Backup removal failed for 2 of 4 products"}));
         QCOMPARE(panes.at(0), QString("  Alpha FMS\r\n"));
+        QCOMPARE(panes.at(1), QString("  Bravo FMS\r\n"));
         // Delta came into the selection with its install group.
-        QCOMPARE(panes.at(1), QString("  Alpha FMS\r\n  Bravo FMS\r\n  Charlie GNS\r\n  Delta GNS\r\n"));
+        QCOMPARE(panes.at(2), QString("  Alpha FMS\r\n  Bravo FMS\r\n  Charlie GNS\r\n  Delta GNS\r\n"));
         QCOMPARE(messages.at(0), QString("Reset complete."));
         expected = m_run->installed({"Bravo", "Shared"}, false);
         expected.insert("Alpha/NavData/Added/b.dat", sha1("new b of XP11NAV"));
@@ -501,11 +542,12 @@ private slots:
         verifyCards({"Bravo FMS", "Charlie GNS", "Delta GNS"});
         QVERIFY(mark.since("log_freset.txt").contains("Alpha"));
         QVERIFY(!mark.since("log_fremovebackup.txt").isEmpty());
-        // Alpha, reset just now, has no backup left to remove, and says so.
-        QCOMPARE(messages.at(1), QString("Backups deleted. Error (1) "));
+        // Alpha, reset just now, and Bravo have no backup left to remove, and say so.
+        QCOMPARE(messages.at(2), QString("Backups deleted. Error (2) "));
         QCOMPARE(results.at(0), QString(" + Reset Alpha FMS ( V. 1801 R. 1 )\r\n"));
-        QCOMPARE(results.at(1), QString("Error: not found backup for Alpha FMS\r\n"
-                                        " + Backup deleted Bravo FMS\r\n"
+        QCOMPARE(results.at(1), QString(" + Backup deleted Bravo FMS\r\n"));
+        QCOMPARE(results.at(2), QString("Error: not found backup for Alpha FMS\r\n"
+                                        "Error: not found backup for Bravo FMS\r\n"
                                         " + Backup deleted Charlie GNS\r\n"
                                         " + Backup deleted Delta GNS\r\n"));
     }
@@ -661,9 +703,9 @@ private slots:
             << "404" << int(dlgUpdateDatasetVersion::StateDownloaded) << "Update 1802 downloaded. Error (1) " << true
             << "does not have the file /quillmark/1802/XP10NAV.zip (HTTP 404)";
         // nginx answered: this is no connection failure, and the user learns what to check.
-        QTest::newRow("wrong credentials") << "credentials" << int(dlgUpdateDatasetVersion::StateNoList)
-                                           << "versionList.txt Download failed." << true
-                                           << "refused the credentials (HTTP 401). Check that your subscription";
+        QTest::newRow("wrong credentials")
+            << "credentials" << int(dlgUpdateDatasetVersion::StateNoList) << "versionList.txt Download failed." << true
+            << "refused the credentials (HTTP 401). Check that your subscription";
     }
 
     void faults()
@@ -706,7 +748,8 @@ private slots:
 
         DialogDriver driver;
         int reached = -1;
-        QString text, installText, installResult, reasonText;
+        QString text, downloadResult, installText, installResult, reasonText;
+        QStringList waiting;
         bool shownError = false;
         driver.then([&](QDialog* d) {
             auto* dialog = qobject_cast<dlgUpdateDatasetVersion*>(d);
@@ -728,10 +771,13 @@ private slots:
             shownError = dialog->GetMessageLabel()->IsError();
             // What did arrive can still be installed; the products of the missing archive wait.
             if (reached == dlgUpdateDatasetVersion::StateDownloaded) {
+                click(dialog->GetResultPane()->GetShowButton());
+                downloadResult = dialog->GetResultPane()->GetPane()->text();
+                for (const QString name : {"Charlie GNS", "Delta GNS"})
+                    waiting << program.card(name)->GetStateToolTip();
                 click(dialog->GetInstallButton());
                 QTRY_COMPARE_WITH_TIMEOUT(dialog->GetState(), int(dlgUpdateDatasetVersion::StateInstalled), 30000);
                 installText = dialog->GetMessageLabel()->text();
-                click(dialog->GetResultPane()->GetShowButton());
                 installResult = dialog->GetResultPane()->GetPane()->text();
             }
             click(dialog->GetOkButton());
@@ -748,6 +794,10 @@ private slots:
                         .mid(accessBefore)
                         .contains("\"POST /quillmark/versionList.txt.minisig HTTP/1.1\" 401"));
         if (fault != "credentials") {
+            QCOMPARE(downloadResult, QString(" + Downloaded XP11NAV.zip\r\nError: Download failed XP10NAV.zip\r\n"));
+            // Until the install, both products of the missing archive say why on their cards.
+            const QString why = "Failed: Download failed. Dataset: XP10NAV";
+            QCOMPARE(waiting, (QStringList{why, why}));
             QCOMPARE(installText, QString("Installation complete. Error (4) "));
             QCOMPARE(installResult,
                      QString(" + Installed Alpha FMS\r\n + Installed Bravo FMS\r\n"
@@ -812,8 +862,7 @@ private slots:
                                             "did not match")
                                         .arg(dataset, bad);
             QVERIFY2(result.contains(refused), qPrintable(result));
-            QVERIFY2(result.contains(" + Downloaded " + dataset + ".zip (mirror " + good + ")"),
-                     qPrintable(result));
+            QVERIFY2(result.contains(" + Downloaded " + dataset + ".zip (mirror " + good + ")"), qPrintable(result));
             QVERIFY(tampered.accessLog().contains("POST /quillmark/1802/" + dataset.toUtf8() + ".zip HTTP/1.1\" 200"));
         }
         const QString difference =
