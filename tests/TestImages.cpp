@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFontDatabase>
-#include <QIcon>
 #include <QImage>
 #include <QPainter>
 #include <QSet>
@@ -15,41 +14,48 @@
 
 namespace {
 
-// Every picture the program asks for, with the size range it is laid out for.
-struct ImageSpec
+// Every picture the program asks for, in the sets that stand side by side, with the size range the
+// set is laid out for; where a set has hover pictures, each is named by a change of suffix.
+struct PictureSet
 {
-    const char* name;
+    const char* tag;
     int minSide;
     int maxSide;
+    QStringList names;
+    QString normal; // suffix replaced by `hover`; empty: `hover` is appended
+    QString hover;  // empty: no hover pictures
+
+    QString hoverOf(const QString& name) const { return name.chopped(normal.size()) + hover; }
+    QStringList all() const
+    {
+        QStringList both = names;
+        if (!hover.isEmpty())
+            for (const QString& name : names)
+                both << hoverOf(name);
+        return both;
+    }
 };
 
 // clang-format off
-const ImageSpec kImages[] = {
-    {"mini_gr.png", 16, 20},          {"mini_blue.png", 16, 20},        {"maxi_gr.png", 16, 20},
-    {"maxi_blue.png", 16, 20},        {"close_gr.png", 16, 20},         {"close_blue.png", 16, 20},
-    {"norm_gr.png", 16, 20},          {"norm_blue.png", 16, 20},        {"Update.png", 40, 48},
-    {"UpdateMove.png", 40, 48},       {"Reset.png", 40, 48},            {"ResetMove.png", 40, 48},
-    {"RemoveBackup.png", 40, 48},     {"RemoveBackupMove.png", 40, 48}, {"Settings.png", 40, 48},
-    {"SettingsMove.png", 40, 48},     {"Help.png", 40, 48},             {"HelpMove.png", 40, 48},
-    {"All32.png", 32, 32},            {"All48.png", 48, 48},            {"UpdateList32.png", 32, 32},
-    {"UpdateList48.png", 48, 48},     {"XPlane1032.png", 32, 32},       {"XPlane1048.png", 48, 48},
-    {"XPlane1132.png", 32, 32},       {"XPlane1148.png", 48, 48},       {"FSX32.png", 32, 32},
-    {"FSX48.png", 48, 48},            {"FS200432.png", 32, 32},         {"FS200448.png", 48, 48},
-    {"P3D232.png", 32, 32},           {"P3D248.png", 48, 48},           {"P3D332.png", 32, 32},
-    {"P3D348.png", 48, 48},           {"P3D432.png", 32, 32},           {"P3D448.png", 48, 48},
-    {"prod_install_run.png", 48, 64}, {"prod_reset_run.png", 48, 64},   {"prod_remove_backup_run.png", 48, 64},
-    {"prod_not_install.png", 48, 64}, {"prod_install_ok.png", 48, 64},  {"prod_install_error.png", 48, 64},
-    {"prod_install_warning.png", 48, 64}, {"prod_update.png", 48, 64},  {"update_gr.png", 28, 32},
-    {"update_bl.png", 28, 32},        {"reset_gr.png", 28, 32},         {"reset_bl.png", 28, 32},
-    {"remove_backup_gr.png", 28, 32}, {"remove_backup_bl.png", 28, 32}, {"links.png", 12, 16},
-    {"rechts.png", 12, 16},           {"unten.png", 12, 16},            {"oben.png", 12, 16},
-    {"Quillmark32.png", 32, 32},
+const PictureSet kSets[] = {
+    {"window buttons", 16, 20, {"mini_gr", "maxi_gr", "close_gr", "norm_gr"}, "_gr", "_blue"},
+    {"actions", 40, 48, {"Update", "Reset", "RemoveBackup", "Settings", "Help"}, "", "Move"},
+    {"product commands", 28, 32, {"update_gr", "reset_gr", "remove_backup_gr"}, "_gr", "_bl"},
+    {"categories 32", 32, 32, {"All32", "UpdateList32", "XPlane1032", "XPlane1132", "FSX32", "FS200432", "P3D232",
+                               "P3D332", "P3D432"}, "", ""},
+    {"categories 48", 48, 48, {"All48", "UpdateList48", "XPlane1048", "XPlane1148", "FSX48", "FS200448", "P3D248",
+                               "P3D348", "P3D448"}, "", ""},
+    {"install states", 48, 64, {"prod_install_run", "prod_reset_run", "prod_remove_backup_run", "prod_not_install",
+                                "prod_install_ok", "prod_install_error", "prod_install_warning", "prod_update"}, "", ""},
+    {"fold arrows", 12, 16, {"links", "rechts", "unten", "oben"}, "", ""},
+    {"dialog title", 32, 32, {"Quillmark32"}, "", ""},
 };
 // clang-format on
 
 QImage load(const QString& name)
 {
-    return QImage(QStringLiteral(":/images/") + name).convertToFormat(QImage::Format_ARGB32);
+    const QString file = QFileInfo(name).suffix().isEmpty() ? name + QStringLiteral(".png") : name;
+    return QImage(QStringLiteral(":/images/") + file).convertToFormat(QImage::Format_ARGB32);
 }
 
 // Mean difference per channel (0..255) over the pixels where either picture is not fully transparent.
@@ -99,8 +105,11 @@ private slots:
         QTest::addColumn<int>("minSide");
         QTest::addColumn<int>("maxSide");
         QTest::addColumn<bool>("exactSquare");
-        for (const ImageSpec& s : kImages)
-            QTest::newRow(s.name) << QString::fromLatin1(s.name) << s.minSide << s.maxSide << true;
+        for (const PictureSet& s : kSets)
+            for (const QString& name : s.all())
+                QTest::newRow(qPrintable(name)) << name << s.minSide << s.maxSide << true;
+        // The window's icon, read at the size the window asks for first.
+        QTest::newRow("Quillmark.ico") << QStringLiteral("Quillmark.ico") << 16 << 256 << true;
         // The logo is a wide strip above the header line (170 px).
         QTest::newRow("Quillmark.png") << QStringLiteral("Quillmark.png") << 36 << 180 << false;
     }
@@ -150,33 +159,13 @@ private slots:
     {
         QTest::addColumn<QStringList>("names");
         QTest::addColumn<double>("minDiff");
-        for (const char* w : {"mini", "maxi", "close", "norm"})
-            QTest::newRow(w) << QStringList{QString(w) + "_gr.png", QString(w) + "_blue.png"} << 30.0;
-        for (const char* a : {"Update", "Reset", "RemoveBackup", "Settings", "Help"})
-            QTest::newRow(a) << QStringList{QString(a) + ".png", QString(a) + "Move.png"} << 30.0;
-        for (const char* c : {"update", "reset", "remove_backup"})
-            QTest::newRow(c) << QStringList{QString(c) + "_gr.png", QString(c) + "_bl.png"} << 30.0;
-        QTest::newRow("categories 48") << QStringList{"All48.png",      "UpdateList48.png", "XPlane1048.png",
-                                                      "XPlane1148.png", "FSX48.png",        "FS200448.png",
-                                                      "P3D248.png",     "P3D348.png",       "P3D448.png"}
-                                       << 8.0;
-        QTest::newRow("categories 32") << QStringList{"All32.png",      "UpdateList32.png", "XPlane1032.png",
-                                                      "XPlane1132.png", "FSX32.png",        "FS200432.png",
-                                                      "P3D232.png",     "P3D332.png",       "P3D432.png"}
-                                       << 8.0;
-        QTest::newRow("install states") << QStringList{"prod_install_run.png",       "prod_reset_run.png",
-                                                       "prod_remove_backup_run.png", "prod_not_install.png",
-                                                       "prod_install_ok.png",        "prod_install_error.png",
-                                                       "prod_install_warning.png",   "prod_update.png"}
-                                        << 8.0;
-        QTest::newRow("actions") << QStringList{"Update.png", "Reset.png", "RemoveBackup.png", "Settings.png",
-                                                "Help.png"}
-                                 << 8.0;
-        QTest::newRow("window buttons") << QStringList{"mini_gr.png", "maxi_gr.png", "close_gr.png", "norm_gr.png"}
-                                        << 8.0;
-        QTest::newRow("product commands")
-            << QStringList{"update_gr.png", "reset_gr.png", "remove_backup_gr.png"} << 8.0;
-        QTest::newRow("fold arrows") << QStringList{"links.png", "rechts.png", "unten.png", "oben.png"} << 8.0;
+        for (const PictureSet& s : kSets) {
+            if (s.names.size() > 1)
+                QTest::newRow(s.tag) << s.names << 8.0;
+            if (!s.hover.isEmpty())
+                for (const QString& name : s.names)
+                    QTest::newRow(qPrintable(name)) << QStringList{name, s.hoverOf(name)} << 30.0;
+        }
     }
     void picturesDiffer()
     {
@@ -196,17 +185,6 @@ private slots:
         }
     }
 
-    void windowIconLoads()
-    {
-        const QIcon icon(QStringLiteral(":/images/Quillmark.ico"));
-        QVERIFY(!icon.isNull());
-        QVERIFY(!icon.availableSizes().isEmpty());
-        const QImage image = icon.pixmap(32, 32).toImage().convertToFormat(QImage::Format_ARGB32);
-        QVERIFY(!image.isNull());
-        QCOMPARE(qAlpha(image.pixel(0, 0)), 0);
-        QVERIFY(qAlpha(image.pixel(16, 16)) > 200);
-    }
-
     // The committed pictures must be what their sources draw: an edited source that was never
     // re-rendered shows up here.
     void rendersMatchSources()
@@ -219,10 +197,8 @@ private slots:
         const bool fonts = captionFontsInstalled();
         QStringList stale, orphaned, unchecked;
         for (const QString& svg : svgs) {
-            QString name = svg.left(svg.size() - 4);
-            if (QFileInfo(name).suffix().isEmpty())
-                name += QStringLiteral(".png");
-            const QImage committed = QImage(QStringLiteral(":/images/") + name).convertToFormat(QImage::Format_ARGB32);
+            const QString name = svg.chopped(4);
+            const QImage committed = load(name);
             if (committed.isNull()) {
                 orphaned << name;
                 continue;
@@ -249,10 +225,9 @@ private slots:
         if (!unchecked.isEmpty())
             qWarning("DejaVu Sans faces missing, not compared: %s", qPrintable(unchecked.join(", ")));
         // And the reverse: every picture has a source.
-        for (const ImageSpec& s : kImages) {
-            const QString base = QString::fromLatin1(s.name).chopped(4);
-            QVERIFY2(src.exists(base + QStringLiteral(".svg")), s.name);
-        }
+        for (const PictureSet& s : kSets)
+            for (const QString& name : s.all())
+                QVERIFY2(src.exists(name + QStringLiteral(".svg")), qPrintable(name));
     }
 };
 
