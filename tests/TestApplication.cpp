@@ -22,22 +22,24 @@ private slots:
         QTest::addColumn<QString>("stored");              // language from the settings, empty for none
         QTest::addColumn<QString>("expectedLanguage");
         QTest::addColumn<QString>("expectedTranslator");  // language of the installed translator, empty for none
+        QTest::addColumn<QString>("twoLetter");           // the manual's language suffix
 
-        QTest::newRow("de_DE starts German") << "de_DE" << "" << "de_DE" << "de_DE";
+        QTest::newRow("de_DE starts German") << "de_DE" << "" << "de_DE" << "de_DE" << "de";
         // The country of the system locale is what is matched, so Austria starts in English.
-        QTest::newRow("de_AT starts English") << "de_AT" << "" << "en_US" << "en_US";
-        QTest::newRow("fr_FR starts English") << "fr_FR" << "" << "en_US" << "en_US";
-        QTest::newRow("en_GB starts English") << "en_GB" << "" << "en_US" << "en_US";
-        QTest::newRow("en_US starts English") << "en_US" << "" << "en_US" << "en_US";
+        QTest::newRow("de_AT starts English") << "de_AT" << "" << "en_US" << "en_US" << "en";
+        QTest::newRow("fr_FR starts English") << "fr_FR" << "" << "en_US" << "en_US" << "en";
+        QTest::newRow("en_GB starts English") << "en_GB" << "" << "en_US" << "en_US" << "en";
+        QTest::newRow("en_US starts English") << "en_US" << "" << "en_US" << "en_US" << "en";
         // Country "de" matches the German file's language, but en_DE is no translation of its own.
-        QTest::newRow("en_DE takes the full name, no translator") << "en_DE" << "" << "en_DE" << "";
-        QTest::newRow("C is compared whole") << "C" << "" << "en_US" << "en_US";
-        QTest::newRow("bare de is compared whole") << "de" << "" << "de" << "";
-        QTest::newRow("stored German wins") << "fr_FR" << "de_DE" << "de_DE" << "de_DE";
-        QTest::newRow("stored English wins") << "de_DE" << "en_US" << "en_US" << "en_US";
-        QTest::newRow("stored unknown key shows built-in texts") << "de_DE" << "xx_YY" << "xx_YY" << "";
-        QTest::newRow("stored lower-case key is not a key") << "de_DE" << "de_de" << "de_de" << "";
-        QTest::newRow("stored garbage") << "en_US" << "__" << "__" << "";
+        QTest::newRow("en_DE takes the full name, no translator") << "en_DE" << "" << "en_DE" << "" << "en";
+        QTest::newRow("C is compared whole") << "C" << "" << "en_US" << "en_US" << "en";
+        QTest::newRow("bare de is compared whole") << "de" << "" << "de" << "" << "";
+        QTest::newRow("stored German wins") << "fr_FR" << "de_DE" << "de_DE" << "de_DE" << "de";
+        QTest::newRow("stored English wins") << "de_DE" << "en_US" << "en_US" << "en_US" << "en";
+        QTest::newRow("stored unknown key shows built-in texts") << "de_DE" << "xx_YY" << "xx_YY" << "" << "xx";
+        QTest::newRow("stored lower-case key is not a key") << "de_DE" << "de_de" << "de_de" << "" << "de";
+        QTest::newRow("stored garbage") << "en_US" << "__" << "__" << "" << "";
+        QTest::newRow("stored three-part key") << "en_US" << "sr_Latn_RS" << "sr_Latn_RS" << "" << "latn";
     }
     // clang-format on
 
@@ -47,12 +49,14 @@ private slots:
         QFETCH(QString, stored);
         QFETCH(QString, expectedLanguage);
         QFETCH(QString, expectedTranslator);
+        QFETCH(QString, twoLetter);
 
         Application::loadTranslations(QDir(QStringLiteral(":/lang")), systemLocale);
         if (!stored.isEmpty())
             Application::setLanguage(stored);
 
         QCOMPARE(Application::GetLanguage(), expectedLanguage);
+        QCOMPARE(Application::GetTwoLetterLanguage(), twoLetter);
         QTranslator* current = Application::currentTranslator();
         if (expectedTranslator.isEmpty())
             QVERIFY(!current);
@@ -60,30 +64,13 @@ private slots:
             QVERIFY(current);
             QCOMPARE(current->language(), expectedTranslator);
         }
+        // Qt's own texts (standard buttons) follow, and only for a language the
+        // program has.
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"),
+                 QString(expectedTranslator == QLatin1String("de_DE") ? "Abbrechen" : "Cancel"));
         QStringList languages = Application::availableLanguages();
         languages.sort();
         QCOMPARE(languages, QStringList({QStringLiteral("de_DE"), QStringLiteral("en_US")}));
-    }
-
-    // clang-format off
-    void twoLetterLanguage_data()
-    {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("de_DE") << "de_DE" << "de";
-        QTest::newRow("three parts") << "sr_Latn_RS" << "latn";
-        QTest::newRow("no underscore") << "C" << QString();
-        QTest::newRow("empty") << "" << QString();
-    }
-    // clang-format on
-
-    void twoLetterLanguage()
-    {
-        QFETCH(QString, key);
-        QFETCH(QString, expected);
-        Application::setLanguage(key);
-        QCOMPARE(Application::GetTwoLetterLanguage(), expected);
-        QCOMPARE(Application::GetTwoLetterLanguage().isNull(), expected.isNull());
     }
 
     void emptyLanguageFolder()
@@ -93,8 +80,9 @@ private slots:
         QCOMPARE(Application::GetLanguage(), QStringLiteral("en_US"));
     }
 
-    // Where the shipped files are read and whether the user's files stay beside them. An installed
-    // folder, which keeps nothing of the user's, is TestPackage's.
+    // Where the shipped files are read and whether the user's files stay beside
+    // them. An installed folder, which keeps nothing of the user's, is
+    // TestPackage's.
     void folders_data()
     {
         QTest::addColumn<QString>("program");   // below a fresh folder
@@ -172,10 +160,11 @@ private slots:
             QCOMPARE(words.at(1).toInt(), i);
             if (i == 0)
                 pid = words.at(3);
-            QCOMPARE(words.at(3), pid);                           // same process
-            QCOMPARE(words.at(5).toInt(), i + 1);                 // a new window each pass
-            QCOMPARE(words.at(7), QStringLiteral("1"));           // shown
-            QCOMPARE(words.at(9), QStringLiteral("de_DE,en_US")); // translations loaded again
+            QCOMPARE(words.at(3), pid);                 // same process
+            QCOMPARE(words.at(5).toInt(), i + 1);       // a new window each pass
+            QCOMPARE(words.at(7), QStringLiteral("1")); // shown
+            QCOMPARE(words.at(9),
+                     QStringLiteral("de_DE,en_US")); // translations loaded again
         }
         QVERIFY2(lines.last() == QStringLiteral("loop returned %1").arg(exitCode), qPrintable(out));
     }
