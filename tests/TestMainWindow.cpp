@@ -1,4 +1,6 @@
 #include "app/Application.h"
+#include "model/CCategory.h"
+#include "model/CDataModel.h"
 #include "model/CProduct.h"
 #include "support/MessageBoxSpy.h"
 #include "support/SampleCatalogue.h"
@@ -13,6 +15,7 @@
 #include "ui/VlCatPropsLabel.h"
 #include "ui/VlCategoryTitleLabel.h"
 #include "ui/VlCycleDates.h"
+#include "ui/VlDirChooser.h"
 #include "ui/VlProdLabel.h"
 #include "ui/VlProdListLabel.h"
 
@@ -26,7 +29,6 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
@@ -46,7 +48,8 @@ public:
     }
 };
 
-// The frameless main window: its chrome, category column, filter and languages.
+// The frameless main window: its chrome, category column, filter, languages and product cards, on a
+// small catalogue in a temporary program folder.
 class TestMainWindow : public QObject
 {
     Q_OBJECT
@@ -67,11 +70,15 @@ class TestMainWindow : public QObject
         QApplication::sendEvent(target, &event);
     }
 
-    // A new window over the catalogue, X-Plane 11 in its simulator folder.
+    QString sim10() const { return m_app->filePath(QStringLiteral("sims/xp10")); }
+    QString sim11() const { return m_app->filePath(QStringLiteral("sims/xp11")); }
+
+    // A new window over the catalogue, both X-Plane categories in their simulator folders.
     void openWindow(SampleCatalogue catalogue)
     {
         m_window.reset();
-        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), m_app->filePath(QStringLiteral("xp11")));
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 10"), sim10());
+        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), sim11());
         QVERIFY(catalogue.WriteTo(m_app->path()));
         m_window.reset(new QuillmarkMainWindow);
         m_window->move(30, 20);
@@ -93,7 +100,7 @@ class TestMainWindow : public QObject
         // Its cycle expired, over a year's end: the longest dates a card shows.
         VlCycleDates::SetToday(QDate(2026, 3, 3));
         QVERIFY(m_app->writeFile(
-            QStringLiteral("xp11/Aircraft/Kestrel Avionics KX-900/plugins/navigation data/cycle_info.txt"),
+            QStringLiteral("sims/xp11/Aircraft/Kestrel Avionics KX-900/plugins/navigation data/cycle_info.txt"),
             "AIRAC cycle    : 2513\r\nRevision       : 1\r\n"));
         openWindow(catalogue);
     }
@@ -127,6 +134,52 @@ class TestMainWindow : public QObject
             problems << what + QStringLiteral(" overlap");
     }
 
+    VlProdLabel* card(const QString& name) const
+    {
+        for (VlProdLabel* c : m_window->GetProdList()->GetCards())
+            if (c->GetProduct()->GetName() == name)
+                return c;
+        return nullptr;
+    }
+
+    QStringList visibleNames() const
+    {
+        QStringList names;
+        for (VlProdLabel* c : m_window->GetProdList()->GetCards())
+            if (c->GetVisible() && !c->isHidden())
+                names << c->GetProduct()->GetName();
+        return names;
+    }
+
+    void chooseDataset(const QString& dataset)
+    {
+        CvlFilterCmb* filter = m_window->GetFilter();
+        filter->setFocus();
+        while (filter->currentIndex() > 0)
+            QTest::keyClick(filter, Qt::Key_Up);
+        while (filter->currentIndex() < filter->count() - 1 &&
+               (dataset == QLatin1String("All") ? false : filter->currentText() != dataset))
+            QTest::keyClick(filter, Qt::Key_Down);
+    }
+
+    void clickCategory(const QString& name)
+    {
+        VlCatLabel* button = m_window->GetCategoryButton(name);
+        QVERIFY(button);
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+
+    // The cards fill the list's width and nothing of the window lies outside it.
+    void checkLayoutFits()
+    {
+        settle();
+        QScrollArea* scroll = m_window->GetProdList()->GetScrollArea();
+        for (VlProdLabel* c : m_window->GetProdList()->GetCards())
+            QCOMPARE(c->width(), scroll->viewport()->width());
+        QVERIFY(m_window->GetProdList()->geometry().right() < m_window->width());
+        QVERIFY(inWindow(m_window->GetCatProps()).bottom() < m_window->height());
+    }
+
 private slots:
     void initTestCase()
     {
@@ -139,12 +192,14 @@ private slots:
     {
         m_boxes.reset(new MessageBoxSpy);
         m_app.reset(new TempAppDir);
-        QVERIFY(SampleCatalogue::MakeSimFolder(m_app->filePath(QStringLiteral("xp11"))));
+        QVERIFY(SampleCatalogue::MakeSimFolder(sim10()));
+        QVERIFY(SampleCatalogue::MakeSimFolder(sim11()));
         openWindow(SampleCatalogue::Small());
     }
 
     void cleanup()
     {
+        VlDirChooser::SetHandler(nullptr);
         VlCycleDates::SetToday(QDate());
         Application::setLanguage(QStringLiteral("en_US"));
         m_window.reset();
@@ -202,10 +257,12 @@ private slots:
         QTest::mouseClick(maxi, Qt::LeftButton);
         QCOMPARE(m_window->geometry(), QGuiApplication::primaryScreen()->availableGeometry());
         QVERIFY(!maxi->isVisible() && norm->isVisible());
+        checkLayoutFits();
 
         QTest::mouseClick(norm, Qt::LeftButton);
         QCOMPARE(m_window->geometry(), normal);
         QVERIFY(maxi->isVisible() && !norm->isVisible());
+        checkLayoutFits();
 
         QTest::mouseClick(m_window->GetMiniButton(), Qt::LeftButton);
         QTRY_VERIFY(m_window->isMinimized());
@@ -213,136 +270,6 @@ private slots:
 
         QTest::mouseClick(m_window->GetCloseButton(), Qt::LeftButton);
         QTRY_VERIFY(!m_window->isVisible());
-    }
-
-    // clang-format off
-    void categoryButtonsMarkOne_data()
-    {
-        QTest::addColumn<QString>("click");
-        QTest::addColumn<QString>("selected"); // the one marked afterwards
-        QTest::newRow("x-plane 11") << "X-Plane 11" << "X-Plane 11";
-        QTest::newRow("selected list") << "Selected" << "Selected";
-        QTest::newRow("x-plane 10") << "X-Plane 10" << "X-Plane 10";
-        QTest::newRow("disabled fsx keeps all") << "FSX" << "All";
-        QTest::newRow("disabled prepar3d keeps all") << "Prepar3D v4" << "All";
-    }
-    // clang-format on
-
-    void categoryButtonsMarkOne()
-    {
-        QFETCH(QString, click);
-        QFETCH(QString, selected);
-
-        QSignalSpy changed(m_window.data(), &QuillmarkMainWindow::ChangeSelectedCategory);
-        QTest::mouseClick(m_window->GetCategoryButton(QStringLiteral("X-Plane 10")), Qt::LeftButton);
-        QTest::mouseClick(m_window->GetCategoryButton(QStringLiteral("All")), Qt::LeftButton);
-        QTest::mouseClick(m_window->GetCategoryButton(click), Qt::LeftButton);
-
-        for (VlCatLabel* button : m_window->GetCategoryButtons())
-            QCOMPARE(button->IsSelected(), button->GetName() == selected);
-        QCOMPARE(m_window->GetProdList()->GetCategoryName(), selected);
-        QCOMPARE(m_window->GetCatProps()->GetCategory(), m_window->GetSelectedCategory());
-        // The path row only belongs to simulator categories.
-        QLineEdit* path = m_window->GetCatProps()->findChild<QLineEdit*>();
-        QCOMPARE(path->isVisible(), selected.startsWith(QLatin1String("X-Plane")));
-
-        // A category that cannot be chosen does not look as if it could: a faded title, no hand.
-        VlCatLabel* pressed = m_window->GetCategoryButton(click);
-        auto titleColour = [](VlCatLabel* button) {
-            return button->findChild<VlCategoryTitleLabel*>()->palette().color(QPalette::WindowText);
-        };
-        const bool faded = titleColour(pressed).lightness() >
-                           titleColour(m_window->GetCategoryButton(QStringLiteral("All"))).lightness() + 60;
-        QCOMPARE(faded, !pressed->isEnabled());
-        QCOMPARE(pressed->cursor().shape() == Qt::PointingHandCursor, pressed->isEnabled());
-    }
-
-    void resizeKeepsLayoutUsable_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("larger") << QSize(1400, 1000);
-        QTest::newRow("wide and low") << QSize(1600, 500);
-        QTest::newRow("back to the smallest") << QSize(1, 1);
-        QTest::newRow("after maximise and restore") << QSize(-1, -1);
-    }
-
-    void resizeKeepsLayoutUsable()
-    {
-        QFETCH(QSize, size);
-        if (size.width() < 0) {
-            m_window->resize(1500, 1100);
-            QTest::mouseClick(m_window->GetMaxiButton(), Qt::LeftButton);
-            QTest::mouseClick(m_window->GetNormButton(), Qt::LeftButton);
-            m_window->resize(1, 1);
-        } else {
-            m_window->resize(size);
-        }
-        QTest::qWait(50);
-        QApplication::processEvents();
-
-        const QSize expected = size.width() < 0 ? m_window->minimumSize() : size.expandedTo(m_window->minimumSize());
-        QCOMPARE(m_window->size(), expected);
-        QScrollArea* scroll = m_window->GetProdList()->GetScrollArea();
-        QVERIFY(scroll->width() > 0 && scroll->height() > 0);
-        const int viewport = scroll->viewport()->width();
-        QVERIFY(viewport > 0);
-        for (VlProdLabel* card : m_window->GetProdList()->GetCards()) {
-            QCOMPARE(card->width(), viewport);
-            QVERIFY(card->height() >= 120);
-            for (QWidget* child : card->findChildren<QWidget*>())
-                QVERIFY2(child->width() >= 0 && child->height() >= 0, qPrintable(child->objectName()));
-        }
-        // Nothing of the window lies outside it.
-        QVERIFY(m_window->GetProdList()->geometry().right() < m_window->width());
-        QVERIFY(m_window->GetCatProps()->isVisible());
-        QVERIFY(m_window->GetCatProps()->mapTo(m_window.data(), QPoint(0, m_window->GetCatProps()->height())).y() <=
-                m_window->height());
-    }
-
-    // clang-format off
-    void languageSwitchRetranslates_data()
-    {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("filterCaption");
-        QTest::addColumn<QString>("filterAll");
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<QString>("status");
-        QTest::addColumn<QString>("categoryAll");
-
-        QTest::newRow("english") << "en_US" << "Dataset filter" << "All" << "Settings" << "Ready" << "All";
-        QTest::newRow("german") << "de_DE" << "Datensatzfilter" << "Alle" << "Einstellungen" << "Bereit"
-                                << "Alle";
-    }
-    // clang-format on
-
-    void languageSwitchRetranslates()
-    {
-        QFETCH(QString, language);
-        QFETCH(QString, filterCaption);
-        QFETCH(QString, filterAll);
-        QFETCH(QString, settings);
-        QFETCH(QString, status);
-        QFETCH(QString, categoryAll);
-
-        Application::setLanguage(language);
-        QApplication::processEvents();
-        QCOMPARE(m_window->GetFilterCaption()->text(), filterCaption);
-        QCOMPARE(m_window->GetFilter()->itemText(0), filterAll);
-        QCOMPARE(caption(m_window->GetActionButtons().at(3)), settings);
-        QCOMPARE(m_window->GetStatusLabel()->text(), status);
-        QCOMPARE(m_window->GetCategoryButton(QStringLiteral("All"))->GetTitle(), categoryAll);
-
-        // The filter passes on the dataset, "All" in any language, and leaves the window's size alone.
-        const QSize before = m_window->size();
-        CvlFilterCmb* filter = m_window->GetFilter();
-        QSignalSpy datasets(m_window.data(), &QuillmarkMainWindow::SignalChangeDataset);
-        filter->setFocus();
-        QTest::keyClick(filter, Qt::Key_Down);
-        QTest::keyClick(filter, Qt::Key_Up);
-        QCOMPARE(datasets.size(), 2);
-        QCOMPARE(datasets.at(0).at(0).toString(), filter->itemText(1));
-        QCOMPARE(datasets.at(1).at(0).toString(), QStringLiteral("All"));
-        QCOMPARE(m_window->size(), before);
     }
 
     void everyCaptionFollowsLanguage()
@@ -371,6 +298,17 @@ private slots:
             if (!label->text().isEmpty())
                 check(QStringLiteral("category panel"), label->text());
         QVERIFY(card->GetCycleText().startsWith(QStringLiteral("~- installed")));
+
+        // The filter passes on the dataset, "All" whatever the language shows, and leaves the window's
+        // size alone.
+        const QSize before = m_window->size();
+        QSignalSpy datasets(m_window.data(), &QuillmarkMainWindow::SignalChangeDataset);
+        chooseDataset(QStringLiteral("gns430"));
+        chooseDataset(QStringLiteral("All"));
+        QCOMPARE(datasets.size(), 2);
+        QCOMPARE(datasets.at(0).at(0).toString(), QStringLiteral("gns430"));
+        QCOMPARE(datasets.at(1).at(0).toString(), QStringLiteral("All"));
+        QCOMPARE(m_window->size(), before);
 
         QCoreApplication::removeTranslator(&marking);
         QApplication::processEvents();
@@ -599,19 +537,436 @@ private slots:
         }
     }
 
-    void openCommandsKeepLastCardReachable()
+    // clang-format off
+    void filterShowsExactCards_data()
     {
-        VlProdListLabel* list = m_window->GetProdList();
-        const QList<VlProdLabel*> cards = list->GetCards();
-        for (VlProdLabel* card : cards)
-            card->ClickedShowCommandsButtonSlot();
+        QTest::addColumn<QString>("category");
+        QTest::addColumn<QString>("dataset");
+        QTest::addColumn<QStringList>("ticked"); // ticked on their cards before filtering
+        QTest::addColumn<QStringList>("expected");
+
+        const QStringList all{"Alpha GNS", "Bravo FMS", "Charlie Nav", "Delta GNS", "Echo FMS"};
+        QTest::newRow("all") << "All" << "All" << QStringList() << all;
+        QTest::newRow("x-plane 11") << "X-Plane 11" << "All" << QStringList()
+                                    << QStringList{"Alpha GNS", "Bravo FMS", "Echo FMS"};
+        QTest::newRow("x-plane 10") << "X-Plane 10" << "All" << QStringList()
+                                    << QStringList{"Charlie Nav", "Delta GNS"};
+        QTest::newRow("dataset over all categories")
+            << "All" << "gns430" << QStringList() << QStringList{"Alpha GNS", "Delta GNS"};
+        QTest::newRow("category and dataset") << "X-Plane 11" << "xp11nav" << QStringList()
+                                              << QStringList{"Bravo FMS", "Echo FMS"};
+        QTest::newRow("dataset of the other category") << "X-Plane 10" << "xp11nav" << QStringList()
+                                                       << QStringList();
+        QTest::newRow("selected from catalogue") << "Selected" << "All" << QStringList()
+                                                 << QStringList{"Bravo FMS"};
+        QTest::newRow("selected after ticking")
+            << "Selected" << "All" << QStringList{"Charlie Nav", "Echo FMS"}
+            << QStringList{"Bravo FMS", "Charlie Nav", "Echo FMS"};
+        QTest::newRow("unticking removes from selected")
+            << "Selected" << "All" << QStringList{"Bravo FMS"} << QStringList();
+        QTest::newRow("selected and dataset") << "Selected" << "xp10nav" << QStringList{"Charlie Nav", "Alpha GNS"}
+                                              << QStringList{"Charlie Nav"};
+        const QStringList x10{"Charlie Nav", "Delta GNS"};
+        QTest::newRow("disabled fsx keeps the choice") << "FSX" << "All" << QStringList() << x10;
+        QTest::newRow("disabled prepar3d keeps the choice") << "Prepar3D v4" << "All" << QStringList() << x10;
+    }
+    // clang-format on
+
+    void filterShowsExactCards()
+    {
+        QFETCH(QString, category);
+        QFETCH(QString, dataset);
+        QFETCH(QStringList, ticked);
+        QFETCH(QStringList, expected);
+
+        for (const QString& name : ticked) {
+            QVERIFY(card(name));
+            QTest::mouseClick(card(name)->findChild<QCheckBox*>(), Qt::LeftButton);
+        }
+        clickCategory(QStringLiteral("X-Plane 10"));
+        clickCategory(category);
+        chooseDataset(dataset);
+        QCOMPARE(m_window->GetProdList()->GetDatasetFilter(), dataset);
+        QCOMPARE(visibleNames(), expected);
+
+        // One category is marked, its panel shows it, and the path row belongs to simulators only.
+        VlCatLabel* pressed = m_window->GetCategoryButton(category);
+        const QString marked = pressed->isEnabled() ? category : QStringLiteral("X-Plane 10");
+        for (VlCatLabel* button : m_window->GetCategoryButtons())
+            QCOMPARE(button->IsSelected(), button->GetName() == marked);
+        QCOMPARE(m_window->GetProdList()->GetCategoryName(), marked);
+        QCOMPARE(m_window->GetCatProps()->GetCategory(), m_window->GetSelectedCategory());
+        QCOMPARE(m_window->GetCatProps()->findChild<QLineEdit*>()->isVisible(), marked.startsWith("X-Plane"));
+        // A category that cannot be chosen does not look as if it could: a faded title, no hand.
+        auto titleColour = [](VlCatLabel* button) {
+            return button->findChild<VlCategoryTitleLabel*>()->palette().color(QPalette::WindowText);
+        };
+        const bool faded = titleColour(pressed).lightness() >
+                           titleColour(m_window->GetCategoryButton(QStringLiteral("All"))).lightness() + 60;
+        QCOMPARE(faded, !pressed->isEnabled());
+        QCOMPARE(pressed->cursor().shape() == Qt::PointingHandCursor, pressed->isEnabled());
+    }
+
+    void selectedWithoutCatalogueCategory()
+    {
+        SampleCatalogue catalogue = SampleCatalogue::Small();
+        catalogue.categories.removeAll(QStringLiteral("Selected"));
+        openWindow(catalogue);
+        QTest::mouseClick(card(QStringLiteral("Delta GNS"))->findChild<QCheckBox*>(), Qt::LeftButton);
+        clickCategory(QStringLiteral("Selected"));
+        QCOMPARE(visibleNames(), (QStringList{"Bravo FMS", "Delta GNS"}));
+    }
+
+    void tickRecordsSelectionOnSave_data()
+    {
+        QTest::addColumn<QString>("product");
+        QTest::addColumn<int>("clicks");
+        QTest::addColumn<bool>("selected");
+
+        QTest::newRow("tick") << "Alpha GNS" << 1 << true;
+        QTest::newRow("tick and untick") << "Alpha GNS" << 2 << false;
+        QTest::newRow("untick catalogue choice") << "Bravo FMS" << 1 << false;
+    }
+
+    void tickRecordsSelectionOnSave()
+    {
+        QFETCH(QString, product);
+        QFETCH(int, clicks);
+        QFETCH(bool, selected);
+
+        QCheckBox* box = card(product)->findChild<QCheckBox*>();
+        for (int i = 0; i < clicks; ++i)
+            QTest::mouseClick(box, Qt::LeftButton);
+        QCOMPARE(card(product)->GetProduct()->GetUpdate(), selected);
+        // A selection made elsewhere (settings, install group) ticks the card.
+        card(product)->GetProduct()->SetUpdate(!selected);
+        QCOMPARE(box->isChecked(), !selected);
+        card(product)->GetProduct()->SetUpdate(selected);
+        QCOMPARE(box->isChecked(), selected);
+
+        m_window.reset(); // saves the settings
+        const QString settings = QString::fromUtf8(m_app->readFile(QStringLiteral("bin/prop_ini.xml")));
+        const QString record = QStringLiteral("<name>%1</name>").arg(product);
+        const int at = settings.indexOf(record);
+        QVERIFY2(at >= 0, qPrintable(settings));
+        const int update = settings.indexOf(QStringLiteral("<update>"), at);
+        const QString expected =
+            selected ? QStringLiteral("<update>true</update>") : QStringLiteral("<update>false</update>");
+        QCOMPARE(settings.mid(update, expected.size()), expected);
+    }
+
+    // The installed and backed-up cycles on the card, and when the installed one is in force, on the
+    // card and in the counts of "All" and "Selected", with the clock set and in both languages.
+    // clang-format off
+    void cycleDates_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QString>("cycle"); // installed on Charlie Nav; empty: none
+        QTest::addColumn<QString>("backup"); // the backup's cycle; empty: none
+        QTest::addColumn<QDate>("today");
+        QTest::addColumn<QString>("dates");
+        QTest::addColumn<QString>("expired");
+        QTest::addColumn<QString>("text"); // empty: not compared
+
+        const QString in2601 = "Installed: cycle 2601, revision 1 · Backup: ";
+        QTest::newRow("in force") << "en_US" << "2601" << "" << QDate(2026, 2, 1) << "valid 22 Jan – 18 Feb 2026" << ""
+                                  << in2601 + "none";
+        QTest::newRow("expired today") << "en_US" << "2601" << "2513" << QDate(2026, 2, 19)
+                                       << "valid 22 Jan – 18 Feb 2026" << "expired today"
+                                       << in2601 + "cycle 2513, revision 1";
+        QTest::newRow("a day ago") << "en_US" << "2601" << "unknown" << QDate(2026, 2, 20)
+                                   << "valid 22 Jan – 18 Feb 2026" << "expired 1 day ago" << in2601 + "unknown";
+        QTest::newRow("12 days ago") << "en_US" << "2601" << "" << QDate(2026, 3, 3) << "valid 22 Jan – 18 Feb 2026"
+                                     << "expired 12 days ago" << "";
+        QTest::newRow("over the year's end") << "en_US" << "2513" << "" << QDate(2026, 1, 1)
+                                             << "valid 25 Dec 2025 – 21 Jan 2026" << "" << "";
+        QTest::newRow("German, in force") << "de_DE" << "2601" << "" << QDate(2026, 2, 1)
+                                          << "gültig 22. Jan. – 18. Feb. 2026" << "" << "";
+        QTest::newRow("German, expired") << "de_DE" << "2601" << "" << QDate(2026, 3, 3)
+                                         << "gültig 22. Jan. – 18. Feb. 2026" << "vor 12 Tagen abgelaufen" << "";
+        QTest::newRow("no cycle") << "en_US" << "" << "" << QDate(2026, 3, 3) << "" << ""
+                                  << "Installed: none · Backup: none";
+    }
+    // clang-format on
+
+    void cycleDates()
+    {
+        QFETCH(QString, language);
+        QFETCH(QString, cycle);
+        QFETCH(QString, backup);
+        QFETCH(QDate, today);
+        QFETCH(QString, dates);
+        QFETCH(QString, expired);
+        QFETCH(QString, text);
+
+        VlCycleDates::SetToday(today);
+        Application::setLanguage(language);
+        // Charlie Nav: $SimPath\Custom Data of X-Plane 10, dataset xp10nav.
+        const auto cycleFile = [](const QString& cycle) {
+            return "AIRAC cycle    : " + cycle.toLatin1() +
+                   "\r\nRevision       : " + (cycle == QLatin1String("unknown") ? "" : "1") + "\r\n";
+        };
+        QVERIFY(QDir().mkpath(sim10() + QStringLiteral("/Custom Data/QMK_xp10nav_back")));
+        if (!cycle.isEmpty())
+            QVERIFY(m_app->writeFile(QStringLiteral("sims/xp10/Custom Data/cycle_info.txt"), cycleFile(cycle)));
+        if (!backup.isEmpty())
+            QVERIFY(m_app->writeFile(QStringLiteral("sims/xp10/Custom Data/QMK_xp10nav_back/cycle_info.txt"),
+                                     cycleFile(backup)));
+        VlProdLabel* c = card(QStringLiteral("Charlie Nav"));
+        c->GetProduct()->SetInstallState(QMK_STATE_INSTALL_OK);
+        if (!text.isEmpty())
+            QCOMPARE(c->GetCycleText(), text);
+        QCOMPARE(c->GetCycleDatesText(), dates);
+        QCOMPARE(c->GetCycleExpiredText(), expired);
+        for (QLabel* label : c->findChildren<QLabel*>())
+            if (!expired.isEmpty() && label->text() == expired)
+                QCOMPARE(label->palette().color(QPalette::WindowText), QColor(176, 80, 0));
+
+        // Charlie Nav is not selected until its card is ticked.
+        const bool german = language == QLatin1String("de_DE");
+        const QString none =
+            german ? "Kein Produkt läuft mit einem abgelaufenen Zyklus." : "No product runs an expired cycle.";
+        const QString count = expired.isEmpty() ? none
+                              : german          ? "1 Produkt läuft mit einem abgelaufenen Zyklus."
+                                                : "1 product runs an expired cycle.";
+        VlCatPropsLabel* band = m_window->GetCatProps();
+        QTRY_COMPARE(band->GetExpiredText(), count);
+        clickCategory(QStringLiteral("X-Plane 10"));
+        QCOMPARE(band->GetExpiredText(), QString());
+        clickCategory(QStringLiteral("Selected"));
+        QCOMPARE(band->GetExpiredText(), none);
+        clickCategory(QStringLiteral("All"));
+        QTest::mouseClick(c->findChild<QCheckBox*>(), Qt::LeftButton);
+        clickCategory(QStringLiteral("Selected"));
+        QCOMPARE(band->GetExpiredText(), count);
+    }
+
+    void simFolderChangeUpdatesCategoryCards_data()
+    {
+        QTest::addColumn<QString>("answer"); // relative to the program folder; empty = cancelled
+        QTest::addColumn<bool>("simulator"); // the answer holds X-Plane.app
+        QTest::addColumn<bool>("changes");
+
+        QTest::newRow("new simulator folder") << "sims/xp11b" << true << true;
+        QTest::newRow("cancelled") << "" << false << false;
+        QTest::newRow("folder without simulator") << "sims/empty" << false << true;
+    }
+
+    void simFolderChangeUpdatesCategoryCards()
+    {
+        QFETCH(QString, answer);
+        QFETCH(bool, simulator);
+        QFETCH(bool, changes);
+
+        const QString folder = answer.isEmpty() ? QString() : m_app->filePath(answer);
+        if (simulator)
+            QVERIFY(SampleCatalogue::MakeSimFolder(folder));
+        else if (!folder.isEmpty())
+            QVERIFY(QDir().mkpath(folder));
+        int asked = 0;
+        VlDirChooser::SetHandler([&](const QString&, const QString& start) {
+            ++asked;
+            // The chooser opens on the current simulator folder.
+            return start == sim11() ? folder : QStringLiteral("wrong start ") + start;
+        });
+
+        clickCategory(QStringLiteral("X-Plane 11"));
+        const QStringList x11{"Alpha GNS", "Bravo FMS", "Echo FMS"};
+        const QString before10 = card(QStringLiteral("Charlie Nav"))->GetPathText();
+        QCOMPARE(card(QStringLiteral("Alpha GNS"))->GetPathText(), sim11() + QStringLiteral("/Custom Data/GNS430"));
+
+        QPushButton* change = nullptr;
+        for (QPushButton* b : m_window->GetCatProps()->findChildren<QPushButton*>())
+            if (b->isVisible())
+                change = b;
+        QVERIFY(change);
+        QTest::mouseClick(change, Qt::LeftButton);
+        QCOMPARE(asked, 1);
+
+        CCategory* category = m_window->GetDataModel()->GetCategoryByName(QStringLiteral("X-Plane 11"));
+        QCOMPARE(category->GetPath(), changes ? folder : sim11());
+        QLineEdit* catEdit = m_window->GetCatProps()->findChild<QLineEdit*>();
+        QCOMPARE(catEdit->palette().color(QPalette::Disabled, QPalette::Text),
+                 (changes && !simulator) ? QColor(255, 0, 0) : QColor(0, 100, 0));
+
+        for (const QString& name : x11) {
+            const QString shown = card(name)->GetPathText();
+            if (!changes)
+                QVERIFY2(shown.startsWith(sim11() + QLatin1Char('/')), qPrintable(shown));
+            else if (simulator)
+                QVERIFY2(shown.startsWith(folder + QLatin1Char('/')), qPrintable(shown));
+            else
+                QVERIFY2(shown.startsWith(QStringLiteral("<")), qPrintable(shown));
+            // The template is kept whatever the card shows.
+            QVERIFY(card(name)->GetProduct()->GetProductPath().startsWith(QStringLiteral("$SimPath/")));
+        }
+        QCOMPARE(card(QStringLiteral("Charlie Nav"))->GetPathText(), before10);
+    }
+
+    void cardFolderChooser_data()
+    {
+        QTest::addColumn<QString>("answer"); // relative to the program folder; empty = cancelled
+        QTest::addColumn<bool>("green");
+
+        QTest::newRow("existing folder") << "addons/echo" << true;
+        QTest::newRow("cancelled") << "" << false;
+    }
+
+    void cardFolderChooser()
+    {
+        QFETCH(QString, answer);
+        QFETCH(bool, green);
+
+        VlProdLabel* c = card(QStringLiteral("Echo FMS")); // its folder does not exist yet
+        QLineEdit* edit = c->findChild<QLineEdit*>();
+        const QString before = c->GetProduct()->GetProductPath();
+        QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text), QColor(255, 0, 0));
+
+        const QString folder = answer.isEmpty() ? QString() : m_app->filePath(answer);
+        if (!folder.isEmpty())
+            QVERIFY(QDir().mkpath(folder));
+        VlDirChooser::SetHandler([&](const QString&, const QString&) { return folder; });
+        QPushButton* change = nullptr;
+        for (QPushButton* b : c->findChildren<QPushButton*>())
+            if (b->text() == QLatin1String("Change"))
+                change = b;
+        QVERIFY(change);
+        QTest::mouseClick(change, Qt::LeftButton);
+
+        QCOMPARE(c->GetProduct()->GetProductPath(), folder.isEmpty() ? before : folder);
+        QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text),
+                 green ? QColor(0, 100, 0) : QColor(255, 0, 0));
+    }
+
+    // The panels paint their own flat colours; each row names a widget and a spot on it that no
+    // child covers.
+    void panelColours_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::addColumn<QColor>("colour");
+        QTest::newRow("middle band") << "middle" << QColor(0x7D, 0x7D, 0x7D);
+        QTest::newRow("card edge") << "card" << QColor(40, 40, 50);
+        QTest::newRow("card outline") << "outline" << QColor(110, 110, 117);
+        QTest::newRow("upper frame") << "upper" << QColor(230, 230, 240);
+        QTest::newRow("lower frame") << "lower" << QColor(235, 235, 245);
+        QTest::newRow("list below the cards") << "content" << QColor(240, 240, 250);
+        QTest::newRow("button") << "button" << QColor(210, 210, 222);
+        QTest::newRow("button under the mouse") << "hover" << QColor(190, 205, 225);
+        QTest::newRow("path field") << "edit" << QColor(252, 252, 255);
+    }
+
+    void panelColours()
+    {
+        QFETCH(QString, where);
+        QFETCH(QColor, colour);
+        // One card, so the list shows its own background below it.
+        clickCategory(QStringLiteral("X-Plane 11"));
+        chooseDataset(QStringLiteral("gns430"));
+        VlProdLabel* c = card(QStringLiteral("Alpha GNS"));
+        QVERIFY(c && c->isVisible());
+        QPushButton* change = nullptr;
+        for (QPushButton* b : c->findChildren<QPushButton*>())
+            if (b->text() == QLatin1String("Change"))
+                change = b;
+        QWidget* widget = c;
+        QPoint spot(1, 1);
+        if (where == QLatin1String("middle")) {
+            widget = m_window->GetProdList()->parentWidget();
+            spot = QPoint(5, 5);
+        } else if (where == QLatin1String("outline")) {
+            spot = QPoint(2, 2);
+        } else if (where == QLatin1String("upper")) {
+            spot = QPoint(5, 5);
+        } else if (where == QLatin1String("lower")) {
+            spot = QPoint(5, c->height() - 5);
+        } else if (where == QLatin1String("content")) {
+            widget = m_window->GetProdList();
+            spot = QPoint(widget->width() / 2, widget->height() - 5);
+        } else if (where == QLatin1String("button") || where == QLatin1String("hover")) {
+            widget = change;
+            spot = QPoint(3, change->height() / 2);
+            // The cursor may already stand there from an earlier step; Qt moves it only when it moves.
+            if (where == QLatin1String("hover")) {
+                QTest::mouseMove(m_window.data(), QPoint(1, 1));
+                QTest::mouseMove(change, QPoint(change->width() / 2, change->height() / 2));
+            }
+            QTRY_COMPARE(change->underMouse(), where == QLatin1String("hover"));
+        } else if (where == QLatin1String("edit")) {
+            widget = c->findChild<QLineEdit*>();
+            spot = QPoint(widget->width() - 3, widget->height() / 2);
+        }
+        QVERIFY(widget);
+        QCOMPARE(widget->grab().toImage().pixelColor(spot), colour);
+    }
+
+    void commandsPaneToggles()
+    {
+        VlProdLabel* c = card(QStringLiteral("Alpha GNS"));
+        QList<QPushButton*> toggles;
+        for (QPushButton* b : c->findChildren<QPushButton*>())
+            if (b->text() == QLatin1String("Commands"))
+                toggles << b;
+        QCOMPARE(toggles.size(), 2);
+        QPushButton* shown = toggles.at(0)->isVisible() ? toggles.at(0) : toggles.at(1);
+        QPushButton* hidden = shown == toggles.at(0) ? toggles.at(1) : toggles.at(0);
+        QVERIFY(!hidden->isVisible());
+        QTest::mouseClick(shown, Qt::LeftButton);
+        QVERIFY(!shown->isVisible());
+        QVERIFY(hidden->isVisible());
+        // The taller card keeps the last one reachable.
         QApplication::processEvents();
         int sum = 0;
-        for (VlProdLabel* card : cards)
-            sum += card->height();
-        QWidget* content = list->GetScrollArea()->widget();
+        for (VlProdLabel* other : m_window->GetProdList()->GetCards())
+            sum += other->height();
+        QWidget* content = m_window->GetProdList()->GetScrollArea()->widget();
         QVERIFY(content->height() >= sum);
-        QVERIFY(cards.last()->geometry().bottom() < content->height());
+        QVERIFY(m_window->GetProdList()->GetCards().last()->geometry().bottom() < content->height());
+        QTest::mouseClick(hidden, Qt::LeftButton);
+        QVERIFY(shown->isVisible());
+        QVERIFY(!hidden->isVisible());
+    }
+
+    // The icon follows the product's state on its own card only, and its tool tip says why.
+    // clang-format off
+    void stateIcon_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<int>("icon");
+        QTest::addColumn<QString>("newCycle");
+        QTest::addColumn<QString>("error");
+        QTest::addColumn<QString>("tip"); // part of the tool tip
+
+        for (int s = 1; s <= 8; ++s)
+            QTest::newRow(qPrintable(QStringLiteral("state %1").arg(s))) << s << s << "" << "" << "";
+        QTest::newRow("below range") << 0 << 0 << "" << "" << "";
+        QTest::newRow("above range") << 9 << 0 << "" << "" << "";
+        QTest::newRow("server not reached beside an installed cycle") << 4 << 4 << "" << "" << "version server was not reached";
+        QTest::newRow("target known, not installed") << 4 << 4 << "1802" << "" << "Not installed:";
+        QTest::newRow("failed names its reason") << 6 << 6 << "1802" << "unzip ended with an error" << "Failed: unzip ended with an error";
+        QTest::newRow("failed without a reason") << 6 << 6 << "1802" << "" << "did not succeed";
+    }
+    // clang-format on
+
+    void stateIcon()
+    {
+        QFETCH(int, state);
+        QFETCH(int, icon);
+        QFETCH(QString, newCycle);
+        QFETCH(QString, error);
+        QFETCH(QString, tip);
+
+        VlProdLabel* c = card(QStringLiteral("Bravo FMS"));
+        VlProdLabel* other = card(QStringLiteral("Alpha GNS"));
+        const int otherIcon = other->GetShownStateIcon();
+        CProduct* product = c->GetProduct();
+        product->SetNewCycle(newCycle);
+        product->SetErrorText(error);
+        product->SetInstallState(QMK_STATE_INSTALL_OK);
+        product->SetInstallState(static_cast<EQMKProductInstallState>(state));
+        QCOMPARE(c->GetShownStateIcon(), icon);
+        QCOMPARE(other->GetShownStateIcon(), otherIcon);
+        QVERIFY(c->GetCycleText().startsWith(QStringLiteral("Installed: ")));
+        QVERIFY2(c->GetStateToolTip().contains(tip), qPrintable(c->GetStateToolTip()));
     }
 };
 
