@@ -10,22 +10,6 @@ class TestMyLog : public QObject
 {
     Q_OBJECT
 
-private:
-    // Entries are CR LF, hh:mm:ss, two blanks, two hyphens, two blanks, text.
-    static QRegularExpression entryPattern(const QByteArray& text)
-    {
-        return QRegularExpression(QStringLiteral("\r\n\\d\\d:\\d\\d:\\d\\d  --  ") +
-                                  QRegularExpression::escape(QString::fromLatin1(text)));
-    }
-
-    static bool isAsciiOnly(const QByteArray& bytes)
-    {
-        for (const char c : bytes)
-            if (static_cast<unsigned char>(c) >= 0x80)
-                return false;
-        return true;
-    }
-
 private slots:
     void writesEntries_data()
     {
@@ -46,10 +30,6 @@ private slots:
                                                       << true << QByteArray() << QByteArray("Gr\xfc\xdf");
         QTest::newRow("euro sign becomes ?")
             << QByteArray("<none>") << QString::fromUtf8("5 \xe2\x82\xac") << true << QByteArray() << QByteArray("5 ?");
-        // An earlier Latin-1 byte is invalid UTF-8 on the next read and is written back as "?".
-        QTest::newRow("earlier latin-1 byte turns into ?")
-            << QByteArray("\r\n10:00:00  --  M\xfcnchen") << "x" << false << QByteArray("\r\n10:00:00  --  M?nchen")
-            << QByteArray("x");
         QTest::newRow("line breaks in text")
             << QByteArray("<none>") << "a\nb" << true << QByteArray() << QByteArray("a\nb");
     }
@@ -107,7 +87,7 @@ private slots:
         QVERIFY(content.contains("  --  K?ln\r\n"));
         QVERIFY(content.contains("  --  Z?rich\r\n"));
         QVERIFY(content.endsWith("  --  last"));
-        QVERIFY(isAsciiOnly(content));
+        QVERIFY(!QRegularExpression(QStringLiteral("[^\\x00-\\x7f]")).match(QString::fromLatin1(content)).hasMatch());
     }
 
     void recreatesRemovedLogFolder()
@@ -119,8 +99,10 @@ private slots:
         QVERIFY(QDir(app.filePath(QStringLiteral("log"))).removeRecursively());
         log.WriteString(QStringLiteral("two"), false);
         const QByteArray content = app.readFile(QStringLiteral("log/a.txt"));
-        QVERIFY(entryPattern("two").match(QString::fromLatin1(content)).hasMatch());
-        QVERIFY(!content.contains("one"));
+        QVERIFY2(QRegularExpression(QStringLiteral("^\r\n\\d\\d:\\d\\d:\\d\\d  --  two$"))
+                     .match(QString::fromLatin1(content))
+                     .hasMatch(),
+                 content.constData());
     }
 
     void batchWritesWhatSingleWritesWould()
