@@ -122,24 +122,22 @@ class TestMainWindow : public QObject
 
     QRect inWindow(const QWidget* w) const { return QRect(w->mapTo(m_window.data(), QPoint(0, 0)), w->size()); }
 
-    // A widget shows all it has to show: not squeezed below its preferred size, and (unless the
-    // area it lies in scrolls) inside the window.
-    void checkWhole(const QWidget* w, const QString& what, QStringList& problems, bool scrolls = false) const
+    // Every part shows all it has to show: not squeezed below its preferred size, inside the area
+    // (null: one that scrolls), and clear of the other parts.
+    void checkParts(const QList<QWidget*>& parts, const QRect& area, const QString& what, QStringList& problems) const
     {
-        auto text = [](const QRect& r) {
-            return QStringLiteral("%1,%2 %3x%4").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height());
-        };
-        if (w->width() < w->sizeHint().width() || w->height() < w->sizeHint().height())
-            problems << what + QStringLiteral(" squeezed to ") + text(w->rect()) + QStringLiteral(" of ") +
-                            text(QRect(QPoint(), w->sizeHint()));
-        if (!scrolls && !m_window->rect().contains(inWindow(w)))
-            problems << what + QStringLiteral(" outside the window at ") + text(inWindow(w));
-    }
-
-    static void checkApart(const QRect& a, const QRect& b, const QString& what, QStringList& problems)
-    {
-        if (a.intersects(b))
-            problems << what + QStringLiteral(" overlap");
+        for (int i = 0; i < parts.size(); ++i) {
+            const QWidget* w = parts.at(i);
+            const QString part = what + QStringLiteral(": ") + w->metaObject()->className() + QLatin1Char(' ') +
+                                 w->property("text").toString();
+            if (w->width() < w->sizeHint().width() || w->height() < w->sizeHint().height())
+                problems << part + QStringLiteral(" squeezed");
+            if (!area.isNull() && !area.contains(inWindow(w)))
+                problems << part + QStringLiteral(" beyond its area");
+            for (int j = 0; j < i; ++j)
+                if (inWindow(parts.at(j)).intersects(inWindow(w)))
+                    problems << part + QStringLiteral(" over another part");
+        }
     }
 
     VlProdLabel* card(const QString& name) const
@@ -356,41 +354,30 @@ private slots:
         QCOMPARE(m_window->size(), size);
 
         QStringList problems;
-        // Header: every action button whole, in order, clear of the filter, the right margin kept.
-        const QList<QWidget*> buttons = m_window->GetActionButtons();
-        for (int i = 0; i < buttons.size(); ++i) {
-            checkWhole(buttons.at(i), caption(buttons.at(i)), problems);
-            if (i > 0)
-                checkApart(inWindow(buttons.at(i - 1)), inWindow(buttons.at(i)), caption(buttons.at(i)), problems);
-        }
-        if (inWindow(buttons.last()).right() > m_window->width() - 15)
-            problems << QStringLiteral("no margin right of the last action button");
+        // Header: the action buttons, the filter and its caption, a margin kept right of them.
         CvlFilterCmb* filter = m_window->GetFilter();
-        checkWhole(filter, QStringLiteral("filter"), problems);
-        checkWhole(m_window->GetFilterCaption(), QStringLiteral("filter caption"), problems);
-        for (QWidget* button : buttons)
-            checkApart(inWindow(filter).united(inWindow(m_window->GetFilterCaption())), inWindow(button),
-                       QStringLiteral("filter and ") + caption(button), problems);
+        checkParts(m_window->GetActionButtons() + QList<QWidget*>{filter, m_window->GetFilterCaption()},
+                   m_window->rect().adjusted(0, 0, -15, 0), QStringLiteral("header"), problems);
         int longest = 0;
         for (int i = 0; i < filter->count(); ++i)
             longest = qMax(longest, filter->fontMetrics().horizontalAdvance(filter->itemText(i)));
         if (filter->width() < longest + 20)
             problems << QStringLiteral("filter narrower than its longest dataset name");
 
-        // Category column: every button and its title whole, one below the other.
-        const QList<VlCatLabel*> categories = m_window->GetCategoryButtons();
-        for (int i = 0; i < categories.size(); ++i) {
-            VlCatLabel* button = categories.at(i);
-            checkWhole(button, button->GetName(), problems, true);
+        // Category column: every button and its title and picture.
+        QList<QWidget*> categories;
+        for (VlCatLabel* button : m_window->GetCategoryButtons()) {
+            categories << button;
+            QList<QWidget*> parts;
             for (QLabel* label : button->findChildren<QLabel*>())
                 if (label->isVisibleTo(button) &&
                     (!label->text().isEmpty() || !label->pixmap(Qt::ReturnByValue).isNull()))
-                    checkWhole(label, button->GetName() + QStringLiteral(" part"), problems, true);
-            if (i > 0 && inWindow(categories.at(i - 1)).bottom() >= inWindow(button).top())
-                problems << button->GetName() + QStringLiteral(" overlaps the button above");
+                    parts << label;
+            checkParts(parts, QRect(), button->GetName(), problems);
         }
+        checkParts(categories, QRect(), QStringLiteral("categories"), problems);
 
-        // Cards: name, category, dataset and cycle whole and apart; the path shows its start.
+        // Cards: name, category, dataset, cycle and buttons inside the card; the path shows its start.
         for (VlProdLabel* card : m_window->GetProdList()->GetCards()) {
             if (!card->GetVisible())
                 continue;
@@ -402,17 +389,8 @@ private slots:
             for (QAbstractButton* b : card->findChildren<QAbstractButton*>())
                 if (b->isVisibleTo(card))
                     texts << b;
-            for (int i = 0; i < texts.size(); ++i) {
-                checkWhole(texts.at(i), name + QStringLiteral(": ") + texts.at(i)->metaObject()->className(), problems,
-                           true);
-                if (inWindow(texts.at(i)).right() > inWindow(card).right())
-                    problems << name + QStringLiteral(": text beyond the card's right edge");
-                for (int j = 0; j < i; ++j)
-                    checkApart(inWindow(texts.at(j)), inWindow(texts.at(i)), name + QStringLiteral(": two texts"),
-                               problems);
-            }
-            QLineEdit* path = card->findChild<QLineEdit*>();
-            if (path->cursorPosition() != 0)
+            checkParts(texts, inWindow(card), name, problems);
+            if (card->findChild<QLineEdit*>()->cursorPosition() != 0)
                 problems << name + QStringLiteral(": path scrolled away from its start");
         }
         problems.removeDuplicates();
