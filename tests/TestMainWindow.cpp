@@ -732,23 +732,36 @@ private slots:
         QCOMPARE(band->GetExpiredText(), count);
     }
 
-    void simFolderChangeUpdatesCategoryCards_data()
+    // "Change" on the category panel or on a card asks for a folder, on the category's current one;
+    // the answer is taken (a cancel keeps the old one) and its field turns green for a folder that is
+    // there and holds what it should, red otherwise. The cards of the category follow at once.
+    void folderChooser_data()
     {
+        QTest::addColumn<QString>("target"); // the category, or a product whose folder does not exist yet
         QTest::addColumn<QString>("answer"); // relative to the program folder; empty = cancelled
         QTest::addColumn<bool>("simulator"); // the answer holds X-Plane.app
-        QTest::addColumn<bool>("changes");
+        QTest::addColumn<bool>("green");
 
-        QTest::newRow("new simulator folder") << "sims/xp11b" << true << true;
-        QTest::newRow("cancelled") << "" << false << false;
-        QTest::newRow("folder without simulator") << "sims/empty" << false << true;
+        QTest::newRow("new simulator folder") << "X-Plane 11"
+                                              << "sims/xp11b" << true << true;
+        QTest::newRow("simulator folder kept") << "X-Plane 11"
+                                               << "" << false << true;
+        QTest::newRow("folder without simulator") << "X-Plane 11"
+                                                  << "sims/empty" << false << false;
+        QTest::newRow("card: existing folder") << "Echo FMS"
+                                               << "addons/echo" << false << true;
+        QTest::newRow("card: cancelled") << "Echo FMS"
+                                         << "" << false << false;
     }
 
-    void simFolderChangeUpdatesCategoryCards()
+    void folderChooser()
     {
+        QFETCH(QString, target);
         QFETCH(QString, answer);
         QFETCH(bool, simulator);
-        QFETCH(bool, changes);
+        QFETCH(bool, green);
 
+        const bool category = !card(target);
         const QString folder = answer.isEmpty() ? QString() : m_app->filePath(answer);
         if (simulator)
             QVERIFY(SampleCatalogue::MakeSimFolder(folder));
@@ -757,76 +770,41 @@ private slots:
         int asked = 0;
         VlDirChooser::SetHandler([&](const QString&, const QString& start) {
             ++asked;
-            // The chooser opens on the current simulator folder.
-            return start == sim11() ? folder : QStringLiteral("wrong start ") + start;
+            return !category || start == sim11() ? folder : QStringLiteral("wrong start ") + start;
         });
 
         clickCategory(QStringLiteral("X-Plane 11"));
         const QStringList x11{"Alpha GNS", "Bravo FMS", "Echo FMS"};
         const QString before10 = card(QStringLiteral("Charlie Nav"))->GetPathText();
         QCOMPARE(card(QStringLiteral("Alpha GNS"))->GetPathText(), sim11() + QStringLiteral("/Custom Data/GNS430"));
-
+        CCategory* cat = m_window->GetDataModel()->GetCategoryByName(QStringLiteral("X-Plane 11"));
+        const auto chosen = [&] { return category ? cat->GetPath() : card(target)->GetProduct()->GetProductPath(); };
+        const QString before = chosen();
+        QWidget* owner = category ? static_cast<QWidget*>(m_window->GetCatProps()) : card(target);
         QPushButton* change = nullptr;
-        for (QPushButton* b : m_window->GetCatProps()->findChildren<QPushButton*>())
-            if (b->isVisible())
+        for (QPushButton* b : owner->findChildren<QPushButton*>())
+            if (b->isVisible() && b->text() == QLatin1String("Change"))
                 change = b;
         QVERIFY(change);
         QTest::mouseClick(change, Qt::LeftButton);
         QCOMPARE(asked, 1);
 
-        CCategory* category = m_window->GetDataModel()->GetCategoryByName(QStringLiteral("X-Plane 11"));
-        QCOMPARE(category->GetPath(), changes ? folder : sim11());
-        QLineEdit* catEdit = m_window->GetCatProps()->findChild<QLineEdit*>();
-        QCOMPARE(catEdit->palette().color(QPalette::Disabled, QPalette::Text),
-                 (changes && !simulator) ? QColor(255, 0, 0) : QColor(0, 100, 0));
-
+        QCOMPARE(chosen(), folder.isEmpty() ? before : folder);
+        QCOMPARE(owner->findChild<QLineEdit*>()->palette().color(QPalette::Disabled, QPalette::Text),
+                 green ? QColor(0, 100, 0) : QColor(255, 0, 0));
         for (const QString& name : x11) {
             const QString shown = card(name)->GetPathText();
-            if (!changes)
-                QVERIFY2(shown.startsWith(sim11() + QLatin1Char('/')), qPrintable(shown));
+            if (!category || folder.isEmpty())
+                QVERIFY2(shown.startsWith(sim11() + QLatin1Char('/')) || name == target, qPrintable(shown));
             else if (simulator)
                 QVERIFY2(shown.startsWith(folder + QLatin1Char('/')), qPrintable(shown));
             else
                 QVERIFY2(shown.startsWith(QStringLiteral("<")), qPrintable(shown));
-            // The template is kept whatever the card shows.
-            QVERIFY(card(name)->GetProduct()->GetProductPath().startsWith(QStringLiteral("$SimPath/")));
+            // The category's template is kept whatever the card shows.
+            QVERIFY(card(name)->GetProduct()->GetProductPath().startsWith(QStringLiteral("$SimPath/")) ||
+                    name == target);
         }
         QCOMPARE(card(QStringLiteral("Charlie Nav"))->GetPathText(), before10);
-    }
-
-    void cardFolderChooser_data()
-    {
-        QTest::addColumn<QString>("answer"); // relative to the program folder; empty = cancelled
-        QTest::addColumn<bool>("green");
-
-        QTest::newRow("existing folder") << "addons/echo" << true;
-        QTest::newRow("cancelled") << "" << false;
-    }
-
-    void cardFolderChooser()
-    {
-        QFETCH(QString, answer);
-        QFETCH(bool, green);
-
-        VlProdLabel* c = card(QStringLiteral("Echo FMS")); // its folder does not exist yet
-        QLineEdit* edit = c->findChild<QLineEdit*>();
-        const QString before = c->GetProduct()->GetProductPath();
-        QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text), QColor(255, 0, 0));
-
-        const QString folder = answer.isEmpty() ? QString() : m_app->filePath(answer);
-        if (!folder.isEmpty())
-            QVERIFY(QDir().mkpath(folder));
-        VlDirChooser::SetHandler([&](const QString&, const QString&) { return folder; });
-        QPushButton* change = nullptr;
-        for (QPushButton* b : c->findChildren<QPushButton*>())
-            if (b->text() == QLatin1String("Change"))
-                change = b;
-        QVERIFY(change);
-        QTest::mouseClick(change, Qt::LeftButton);
-
-        QCOMPARE(c->GetProduct()->GetProductPath(), folder.isEmpty() ? before : folder);
-        QCOMPARE(edit->palette().color(QPalette::Disabled, QPalette::Text),
-                 green ? QColor(0, 100, 0) : QColor(255, 0, 0));
     }
 
     // The panels paint their own flat colours; each row names a widget and a spot on it that no
