@@ -179,18 +179,6 @@ class TestDialogs : public QObject
 {
     Q_OBJECT
 
-    // Delivered to the widget under the point, as the platform would.
-    static void sendMouse(QWidget* window, QEvent::Type type, const QPoint& local, Qt::MouseButtons buttons)
-    {
-        QWidget* target = window->childAt(local);
-        if (!target)
-            target = window;
-        const QPoint global = window->mapToGlobal(local);
-        QMouseEvent event(type, target->mapFromGlobal(global), global,
-                          type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
-        QApplication::sendEvent(target, &event);
-    }
-
     // A main window on the sample catalogue in its own program folder (quiet settings: no network),
     // with its message boxes and dialogs taken by the test.
     struct SampleRun
@@ -370,43 +358,6 @@ private slots:
             QVERIFY(run.openWith(action));
         }
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    }
-
-    void dragsByTitleBandOnly_data()
-    {
-        QTest::addColumn<int>("pressY");
-        QTest::addColumn<bool>("moves");
-        QTest::newRow("top edge") << 0 << true;
-        QTest::newRow("last row of the band") << 39 << true;
-        QTest::newRow("first row below the band") << 40 << false;
-        QTest::newRow("among the controls") << 120 << false;
-    }
-
-    void dragsByTitleBandOnly()
-    {
-        QFETCH(int, pressY);
-        QFETCH(bool, moves);
-        QWidget parent;
-        parent.setGeometry(100, 80, 900, 700);
-        parent.show();
-        CountingDlg dialog(&parent);
-        dialog.Init(nullptr, QStringLiteral("Drag"));
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-
-        const QPoint parentCentre = parent.mapToGlobal(parent.rect().center());
-        QCOMPARE(dialog.pos(), parentCentre - QPoint(dialog.width() / 2, dialog.height() / 2));
-
-        const QPoint before = dialog.pos();
-        const QPoint press(150, pressY);
-        sendMouse(&dialog, QEvent::MouseButtonPress, press, Qt::LeftButton);
-        sendMouse(&dialog, QEvent::MouseMove, press + QPoint(0, 0), Qt::LeftButton);
-        const QPoint global = dialog.mapToGlobal(press) + QPoint(35, 25);
-        QMouseEvent move(QEvent::MouseMove, dialog.mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(&dialog, &move);
-        sendMouse(&dialog, QEvent::MouseButtonRelease, dialog.mapFromGlobal(global), Qt::NoButton);
-        QCOMPARE(dialog.pos(), moves ? before + QPoint(35, 25) : before);
     }
 
     void everyWayOutStopsOnce_data()

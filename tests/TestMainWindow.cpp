@@ -10,6 +10,7 @@
 #include "support/UserInput.h"
 #include "ui/CvlActionBtn.h"
 #include "ui/CvlFilterCmb.h"
+#include "ui/DlgBase.h"
 #include "ui/QuillmarkMainWindow.h"
 #include "ui/SystemButton.h"
 #include "ui/VlActionLabel.h"
@@ -67,12 +68,12 @@ class TestMainWindow : public QObject
     QString at(const QString& relative) const { return m_root.path() + QLatin1Char('/') + relative; }
 
     // Delivered to the widget under the point, as the platform would; labels pass it on to the window.
-    void sendMouse(QEvent::Type type, const QPoint& local, Qt::MouseButtons buttons)
+    static void sendMouse(QWidget* window, QEvent::Type type, const QPoint& local, Qt::MouseButtons buttons)
     {
-        QWidget* target = m_window->childAt(local);
+        QWidget* target = window->childAt(local);
         if (!target)
-            target = m_window.data();
-        const QPoint global = m_window->mapToGlobal(local);
+            target = window;
+        const QPoint global = window->mapToGlobal(local);
         QMouseEvent event(type, target->mapFromGlobal(global), global,
                           type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
         QApplication::sendEvent(target, &event);
@@ -227,35 +228,56 @@ private slots:
         QVERIFY(m_window->height() >= qMin(area.height(), 766));
     }
 
-    void dragByHeaderBand_data()
+    // The window drags by its header band (where the mouse is), a dialog by its title band (where
+    // the press was); nothing moves without the left button held.
+    void dragsByTheBandOnly_data()
     {
+        QTest::addColumn<bool>("dialog");
         QTest::addColumn<int>("y");
         QTest::addColumn<bool>("moves");
-        QTest::newRow("top") << 5 << true;
-        QTest::newRow("inside header") << 60 << true;
-        QTest::newRow("last header row") << 109 << true;
-        QTest::newRow("first row below") << 110 << false;
-        QTest::newRow("product area") << 300 << false;
+        QTest::newRow("window: top") << false << 5 << true;
+        QTest::newRow("window: inside header") << false << 60 << true;
+        QTest::newRow("window: last header row") << false << 109 << true;
+        QTest::newRow("window: first row below") << false << 110 << false;
+        QTest::newRow("window: product area") << false << 300 << false;
+        QTest::newRow("dialog: top edge") << true << 0 << true;
+        QTest::newRow("dialog: last row of the band") << true << 39 << true;
+        QTest::newRow("dialog: first row below the band") << true << 40 << false;
+        QTest::newRow("dialog: among the controls") << true << 120 << false;
     }
 
-    void dragByHeaderBand()
+    void dragsByTheBandOnly()
     {
+        QFETCH(bool, dialog);
         QFETCH(int, y);
         QFETCH(bool, moves);
 
-        const QPoint before = m_window->pos();
-        QCOMPARE(before, QPoint(30, 20)); // the offscreen platform keeps positions
+        QCOMPARE(m_window->pos(), QPoint(30, 20)); // the offscreen platform keeps positions
+        DlgBase box(m_window.data());
+        QWidget* target = m_window.data();
+        if (dialog) {
+            box.Init(nullptr, QStringLiteral("Drag"));
+            box.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&box));
+            QCOMPARE(box.pos(),
+                     m_window->mapToGlobal(m_window->rect().center()) - QPoint(box.width() / 2, box.height() / 2));
+            target = &box;
+        }
         // Left of the filter, right of the category column: only labels lie there.
-        const QPoint press(150, y);
-        sendMouse(QEvent::MouseButtonPress, press, Qt::LeftButton);
-        sendMouse(QEvent::MouseMove, press + QPoint(25, 0), Qt::LeftButton);
-        sendMouse(QEvent::MouseButtonRelease, press + QPoint(25, 0), Qt::NoButton);
-        QCOMPARE(m_window->pos(), moves ? before + QPoint(25, 0) : before);
+        const QPoint press(150, y), by = dialog ? QPoint(35, 25) : QPoint(25, 0);
+        const QPoint before = target->pos();
+        sendMouse(target, QEvent::MouseButtonPress, press, Qt::LeftButton);
+        // The move goes to the window itself, wherever the mouse now is.
+        const QPoint global = target->mapToGlobal(press) + by;
+        QMouseEvent move(QEvent::MouseMove, target->mapFromGlobal(global), global, Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(target, &move);
+        sendMouse(target, QEvent::MouseButtonRelease, target->mapFromGlobal(global), Qt::NoButton);
+        QCOMPARE(target->pos(), moves ? before + by : before);
 
-        // Without the left button held nothing moves.
-        const QPoint now = m_window->pos();
-        sendMouse(QEvent::MouseMove, QPoint(150, 20), Qt::NoButton);
-        QCOMPARE(m_window->pos(), now);
+        const QPoint now = target->pos();
+        sendMouse(target, QEvent::MouseMove, QPoint(150, 20), Qt::NoButton);
+        QCOMPARE(target->pos(), now);
     }
 
     void windowButtons()
