@@ -125,8 +125,6 @@ private slots:
     void parse();
     void installGroups_data();
     void installGroups();
-    void badCatalogue_data();
-    void badCatalogue();
     void shippedCatalogues_data();
     void shippedCatalogues();
     void savedTextIsExact();
@@ -138,40 +136,45 @@ private slots:
     void badSettings();
 };
 
+// clang-format off
+// What the model holds after reading a catalogue, and the box a file that cannot be read shows.
 void TestCatalogue::parse_data()
 {
-    QTest::addColumn<QByteArray>("xml");
+    QTest::addColumn<QByteArray>("xml"); // null: no file
+    QTest::addColumn<QString>("box");    // title, or title|text; empty: no box
     QTest::addColumn<QStringList>("expected");
     const QString all = QStringLiteral("cat All=");
 
     QTest::newRow("code-unit order, All without a categories section")
         << catalogue(product("b") + product("A") + product("a") + product("B"))
-        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;;;0;;", "a;X-Plane 11;;;0;;", "b;X-Plane 11;;;0;;", all};
+        << "" << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;;;0;;", "a;X-Plane 11;;;0;;", "b;X-Plane 11;;;0;;",
+                             all};
     QTest::newRow("equal names keep catalogue order")
         << catalogue(product("Same", "<dataset>1</dataset>") + product("Alpha") +
                      product("Same", "<dataset>2</dataset>") + product("Same", "<dataset>3</dataset>"))
-        << QStringList{"Alpha;X-Plane 11;;;0;;", "Same;X-Plane 11;1;;0;;", "Same;X-Plane 11;2;;0;;",
+        << "" << QStringList{"Alpha;X-Plane 11;;;0;;", "Same;X-Plane 11;1;;0;;", "Same;X-Plane 11;2;;0;;",
                        "Same;X-Plane 11;3;;0;;", all};
     QTest::newRow("only the X-Plane categories")
         << catalogue("<name>F</name><category>FSX</category><name>T</name><category>X-Plane 10</category>"
                      "<name>N</name><name>E</name><category>x-plane 11</category>")
-        << QStringList{"T;X-Plane 10;;;0;;", all};
+        << "" << QStringList{"T;X-Plane 10;;;0;;", all};
     QTest::newRow("repeated fields, empty elements")
         << catalogue(product("P", "<product_path>$SimPath\\first</product_path><install_path>$SimPath\\A:\\x"
                                   "</install_path><product_path>$SimPath\\\\second</product_path><product_path>"
                                   "  </product_path><dataset>d</dataset><dataset/><install_path>$ProductPath/B"
                                   "</install_path><remove_file> $ProductPath\\old.bin </remove_file>"))
+        << ""
         << QStringList{"P;X-Plane 11;d;$SimPath/second;0;$SimPath/A>/x,$ProductPath/B>;$ProductPath\\old.bin", all};
     QTest::newRow("update is case-sensitive")
         << catalogue(product("A", "<update>true</update>") + product("B", "<update>TRUE</update>") +
                      product("C", "<update>true</update><update>no</update>"))
-        << QStringList{"A;X-Plane 11;;;1;;", "B;X-Plane 11;;;0;;", "C;X-Plane 11;;;0;;", all};
+        << "" << QStringList{"A;X-Plane 11;;;1;;", "B;X-Plane 11;;;0;;", "C;X-Plane 11;;;0;;", all};
     QTest::newRow("route planner NavData")
         << catalogue(product("Orbital Route Planner X", "<product_path>$SimPath</product_path>") +
                      product("Orbital Route Planner Y", "<product_path>$SimPath\\ORPX Data\\NavData</product_path>") +
                      product("Orbital Route Planner Z", "<product_path>D:\\NavData\\ORP</product_path>") +
                      product("orbital route planner", "<product_path>$SimPath</product_path>"))
-        << QStringList{"Orbital Route Planner X;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
+        << "" << QStringList{"Orbital Route Planner X;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
                        "Orbital Route Planner Y;X-Plane 11;;$SimPath/ORPX Data/NavData;0;;",
                        "Orbital Route Planner Z;X-Plane 11;;D:/NavData/ORP/ORPX Data/NavData;0;;",
                        "orbital route planner;X-Plane 11;;$SimPath;0;;", all};
@@ -179,28 +182,67 @@ void TestCatalogue::parse_data()
         << catalogue("", "<categories><path>/nowhere</path><data><name>X-Plane 10</name><path> /sims/xp10 </path>"
                          "<name>X-Plane 11</name></data><name>Late</name></categories>"
                          "<datasets><name>d1</name><name> </name><name>d2</name></datasets>")
-        << QStringList{all, "cat X-Plane 10=/sims/xp10", "cat X-Plane 11=", "ds d1", "ds d2"};
+        << "" << QStringList{all, "cat X-Plane 10=/sims/xp10", "cat X-Plane 11=", "ds d1", "ds d2"};
     QTest::newRow("fields before a name or after an empty one are ignored")
         << catalogue("<dataset>orphan</dataset>" + product("A", "<x><dataset><b>bold</b></dataset></x>") +
                      "<name>  </name><dataset>lost</dataset>" + product("B", "<dataset>kept</dataset>"))
-        << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;kept;;0;;", all};
+        << "" << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;kept;;0;;", all};
     QTest::newRow("a datasets token ends the products")
         << QByteArray("<data><products>" + product("A") + "<datasets><name>d</name></datasets>" + product("B") +
                       "</products></data>")
-        << QStringList{"A;X-Plane 11;;;0;;", all, "ds d"};
+        << "" << QStringList{"A;X-Plane 11;;;0;;", all, "ds d"};
+
+    const QByteArray good = catalogue(product("Kept", "<dataset>d</dataset>"));
+    const QStringList kept{"Kept;X-Plane 11;d;;0;;", all};
+    QByteArray binary;
+    for (int i = 0; i < 4096; ++i)
+        binary.append(char((i * 131 + 7) % 256));
+    QByteArray nested = "<data><products>" + product("Deep") + QByteArray("<n>").repeated(20000) +
+                        "<name>Inner</name><category>X-Plane 10</category>" + QByteArray("</n>").repeated(20000) +
+                        "</products></data>";
+    QByteArray large = "<data><products>" + product("First") +
+                       QByteArray("<unknown attribute=\"value\">text nobody reads</unknown>\n").repeated(600000) +
+                       product("Last") + "</products></data>";
+    QTest::newRow("missing") << QByteArray() << "Error! Init base|Couldn't open bin/base_ini.xml" << QStringList();
+    QTest::newRow("empty") << QByteArray("") << "parseXML" << QStringList{all};
+    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML" << kept;
+    QTest::newRow("not well formed") << "<data><products>" + product("Kept") + "</category></products></data>"
+                                     << "parseXML" << QStringList{"Kept;X-Plane 11;;;0;;", all};
+    QTest::newRow("not UTF-8") << "<data><products>" + product("Caf\xe9") + "</products></data>" << "parseXML"
+                               << QStringList{all};
+    QTest::newRow("binary") << binary << "parseXML" << QStringList{all};
+    QTest::newRow("two documents") << good + good << "parseXML" << kept;
+    QTest::newRow("deeply nested") << nested << ""
+                                   << QStringList{"Deep;X-Plane 11;;;0;;", "Inner;X-Plane 10;;;0;;", all};
+    QTest::newRow("very large") << large << "" << QStringList{"First;X-Plane 11;;;0;;", "Last;X-Plane 11;;;0;;", all};
+    QTest::newRow("repeated sections add up") << catalogue(product("B"), "<products>" + product("A") + "</products>")
+                                              << "" << QStringList{"A;X-Plane 11;;;0;;", "B;X-Plane 11;;;0;;", all};
 }
+// clang-format on
 
 void TestCatalogue::parse()
 {
     QFETCH(QByteArray, xml);
+    QFETCH(QString, box);
     QFETCH(QStringList, expected);
     TempAppDir dir;
     MessageBoxSpy spy;
-    QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), xml));
+    if (!xml.isNull())
+        QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), xml));
     CDataModel model;
     model.Init(QStringLiteral("test"));
-    QCOMPARE(spy.count(), 0);
+    QCOMPARE(spy.count(), box.isEmpty() ? 0 : 1);
+    if (!box.isEmpty()) {
+        const MessageBoxSpy::Box& shown = spy.boxes().first();
+        QCOMPARE(shown.title, box.section(QLatin1Char('|'), 0, 0));
+        QCOMPARE(shown.icon, box.contains(QLatin1Char('|')) ? QMessageBox::Critical : QMessageBox::NoIcon);
+        QVERIFY(!shown.text.isEmpty());
+        if (box.contains(QLatin1Char('|')))
+            QCOMPARE(shown.text, box.section(QLatin1Char('|'), 1));
+        QVERIFY(dir.readFile(QStringLiteral("log/log_datamodel.txt")).contains("base_ini.xml")); // names the file
+    }
     QCOMPARE(lists(model), expected);
+    QCOMPARE(dir.readFile(QStringLiteral("bin/base_ini.xml")), xml.isNull() ? QByteArray() : xml);
 }
 
 void TestCatalogue::installGroups_data()
@@ -277,76 +319,6 @@ void TestCatalogue::installGroups()
         for (CProduct* p : model.GetProductByName(selected)->GetInstallGroup()->GetProducts())
             QVERIFY2(!p->GetUpdate(), qPrintable(p->GetName()));
     }
-}
-
-// clang-format off
-void TestCatalogue::badCatalogue_data()
-{
-    QTest::addColumn<QByteArray>("content"); // null: no file
-    QTest::addColumn<QString>("box");        // title, or title|text; empty: no box
-    QTest::addColumn<QString>("products");
-
-    const QByteArray good = catalogue(product("Kept", "<dataset>d</dataset>"));
-    QByteArray binary;
-    for (int i = 0; i < 4096; ++i)
-        binary.append(char((i * 131 + 7) % 256));
-    QByteArray nested = "<data><products>" + product("Deep") + QByteArray("<n>").repeated(20000) +
-                        "<name>Inner</name><category>X-Plane 10</category>" + QByteArray("</n>").repeated(20000) +
-                        "</products></data>";
-    QByteArray large = "<data><products>" + product("First") +
-                       QByteArray("<unknown attribute=\"value\">text nobody reads</unknown>\n").repeated(600000) +
-                       product("Last") + "</products></data>";
-
-    QTest::newRow("missing") << QByteArray() << "Error! Init base|Couldn't open bin/base_ini.xml" << "";
-    QTest::newRow("empty") << QByteArray("") << "parseXML" << "";
-    QTest::newRow("truncated") << good.left(good.indexOf("</data></products>")) << "parseXML" << "Kept";
-    QTest::newRow("not well formed")
-        << "<data><products>" + product("Kept") + "</category></products></data>" << "parseXML" << "Kept";
-    QTest::newRow("not UTF-8") << "<data><products>" + product("Caf\xe9") + "</products></data>" << "parseXML" << "";
-    QTest::newRow("binary") << binary << "parseXML" << "";
-    QTest::newRow("two documents") << good + good << "parseXML" << "Kept";
-    QTest::newRow("deeply nested") << nested << "" << "Deep,Inner";
-    QTest::newRow("very large") << large << "" << "First,Last";
-    QTest::newRow("repeated sections add up")
-        << catalogue(product("B"), "<products>" + product("A") + "</products>") << "" << "A,B";
-    QTest::newRow("everything filtered away")
-        << catalogue("<name>A</name><category>FSX</category><name>B</name>") << "" << "";
-    QTest::newRow("without dataset or path")
-        << catalogue(product("NoDataset", "<product_path>$SimPath</product_path>") + product("NoPath")) << ""
-        << "NoDataset,NoPath";
-}
-// clang-format on
-
-void TestCatalogue::badCatalogue()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, box);
-    QFETCH(QString, products);
-    TempAppDir dir;
-    MessageBoxSpy spy;
-    if (!content.isNull())
-        QVERIFY(dir.writeFile(QStringLiteral("bin/base_ini.xml"), content));
-    CDataModel model;
-    model.Init(QString());
-
-    QCOMPARE(spy.count(), box.isEmpty() ? 0 : 1);
-    if (!box.isEmpty()) {
-        const MessageBoxSpy::Box& shown = spy.boxes().first();
-        QCOMPARE(shown.title, box.section(QLatin1Char('|'), 0, 0));
-        QCOMPARE(shown.icon, box.contains(QLatin1Char('|')) ? QMessageBox::Critical : QMessageBox::NoIcon);
-        QVERIFY(!shown.text.isEmpty());
-        if (box.contains(QLatin1Char('|')))
-            QCOMPARE(shown.text, box.section(QLatin1Char('|'), 1));
-        QVERIFY(dir.readFile(QStringLiteral("log/log_datamodel.txt")).contains("base_ini.xml")); // names the file
-    }
-    QStringList names;
-    for (int i = 0; i < model.GetProductListSize(); ++i) {
-        names << model.GetProductByIndex(i)->GetName();
-        QVERIFY(!model.GetProductByIndex(i)->GetCategory()); // its category name matches no category
-    }
-    QCOMPARE(names.join(QLatin1Char(',')), products);
-    QCOMPARE(model.GetCategoryListSize(), content.isNull() ? 0 : 1);
-    QCOMPARE(dir.readFile(QStringLiteral("bin/base_ini.xml")), content.isNull() ? QByteArray() : content);
 }
 
 void TestCatalogue::shippedCatalogues_data()

@@ -46,7 +46,8 @@ const PictureSet kSets[] = {
     {"categories 48", 48, 48, {"All48", "UpdateList48", "XPlane1048", "XPlane1148", "FSX48", "FS200448", "P3D248",
                                "P3D348", "P3D448"}, "", ""},
     {"install states", 48, 64, {"prod_install_run", "prod_reset_run", "prod_remove_backup_run", "prod_not_install",
-                                "prod_install_ok", "prod_install_error", "prod_install_warning", "prod_update"}, "", ""},
+                                "prod_install_ok", "prod_install_error", "prod_install_warning", "prod_update"},
+     "", ""},
     {"fold arrows", 12, 16, {"links", "rechts", "unten", "oben"}, "", ""},
     {"dialog title", 32, 32, {"Quillmark32"}, "", ""},
 };
