@@ -82,13 +82,18 @@ class TestMainWindow : public QObject
     QString sim10() const { return m_app->filePath(QStringLiteral("sims/xp10")); }
     QString sim11() const { return m_app->filePath(QStringLiteral("sims/xp11")); }
 
-    // A new window over the catalogue, both X-Plane categories in their simulator folders.
-    void openWindow(SampleCatalogue catalogue)
+    // A new window over the catalogue, both X-Plane categories in their simulator folders unless
+    // `simulators` is off; on a first start there are no settings yet.
+    void openWindow(SampleCatalogue catalogue, bool simulators = true, bool firstStart = false)
     {
         m_window.reset();
-        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 10"), sim10());
-        catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), sim11());
+        if (simulators) {
+            catalogue.categoryPaths.insert(QStringLiteral("X-Plane 10"), sim10());
+            catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), sim11());
+        }
         QVERIFY(catalogue.WriteTo(m_app->path()));
+        if (firstStart)
+            QVERIFY(QFile::remove(m_app->filePath(QStringLiteral("bin/prop_ini.xml"))));
         m_window.reset(new QuillmarkMainWindow);
         m_window->move(30, 20);
         m_window->show();
@@ -834,21 +839,23 @@ private slots:
     void panelColours_data()
     {
         QTest::addColumn<QString>("where");
+        QTest::addColumn<QPointF>("spot"); // from the far edge when negative, a share of the size below 1
         QTest::addColumn<QColor>("colour");
-        QTest::newRow("middle band") << "middle" << QColor(0x7D, 0x7D, 0x7D);
-        QTest::newRow("card edge") << "card" << QColor(40, 40, 50);
-        QTest::newRow("card outline") << "outline" << QColor(110, 110, 117);
-        QTest::newRow("upper frame") << "upper" << QColor(230, 230, 240);
-        QTest::newRow("lower frame") << "lower" << QColor(235, 235, 245);
-        QTest::newRow("list below the cards") << "content" << QColor(240, 240, 250);
-        QTest::newRow("button") << "button" << QColor(210, 210, 222);
-        QTest::newRow("button under the mouse") << "hover" << QColor(190, 205, 225);
-        QTest::newRow("path field") << "edit" << QColor(252, 252, 255);
+        QTest::newRow("middle band") << "middle" << QPointF(5, 5) << QColor(0x7D, 0x7D, 0x7D);
+        QTest::newRow("card edge") << "card" << QPointF(1, 1) << QColor(40, 40, 50);
+        QTest::newRow("card outline") << "card" << QPointF(2, 2) << QColor(110, 110, 117);
+        QTest::newRow("upper frame") << "card" << QPointF(5, 5) << QColor(230, 230, 240);
+        QTest::newRow("lower frame") << "card" << QPointF(5, -5) << QColor(235, 235, 245);
+        QTest::newRow("list below the cards") << "list" << QPointF(0.5, -5) << QColor(240, 240, 250);
+        QTest::newRow("button") << "button" << QPointF(3, 0.5) << QColor(210, 210, 222);
+        QTest::newRow("button under the mouse") << "hover" << QPointF(3, 0.5) << QColor(190, 205, 225);
+        QTest::newRow("path field") << "edit" << QPointF(-3, 0.5) << QColor(252, 252, 255);
     }
 
     void panelColours()
     {
         QFETCH(QString, where);
+        QFETCH(QPointF, spot);
         QFETCH(QColor, colour);
         // One card, so the list shows its own background below it.
         clickCategory(QStringLiteral("X-Plane 11"));
@@ -859,35 +866,23 @@ private slots:
         for (QPushButton* b : c->findChildren<QPushButton*>())
             if (b->text() == QLatin1String("Change"))
                 change = b;
-        QWidget* widget = c;
-        QPoint spot(1, 1);
-        if (where == QLatin1String("middle")) {
-            widget = m_window->GetProdList()->parentWidget();
-            spot = QPoint(5, 5);
-        } else if (where == QLatin1String("outline")) {
-            spot = QPoint(2, 2);
-        } else if (where == QLatin1String("upper")) {
-            spot = QPoint(5, 5);
-        } else if (where == QLatin1String("lower")) {
-            spot = QPoint(5, c->height() - 5);
-        } else if (where == QLatin1String("content")) {
-            widget = m_window->GetProdList();
-            spot = QPoint(widget->width() / 2, widget->height() - 5);
-        } else if (where == QLatin1String("button") || where == QLatin1String("hover")) {
-            widget = change;
-            spot = QPoint(3, change->height() / 2);
+        QWidget* list = m_window->GetProdList();
+        const QMap<QString, QWidget*> widgets{
+            {"middle", list->parentWidget()},    {"card", c}, {"list", list}, {"button", change}, {"hover", change},
+            {"edit", c->findChild<QLineEdit*>()}};
+        QWidget* widget = widgets.value(where);
+        QVERIFY(widget);
+        if (widget == change) {
             // The cursor may already stand there from an earlier step; Qt moves it only when it moves.
             if (where == QLatin1String("hover")) {
                 QTest::mouseMove(m_window.data(), QPoint(1, 1));
                 QTest::mouseMove(change, QPoint(change->width() / 2, change->height() / 2));
             }
             QTRY_COMPARE(change->underMouse(), where == QLatin1String("hover"));
-        } else if (where == QLatin1String("edit")) {
-            widget = c->findChild<QLineEdit*>();
-            spot = QPoint(widget->width() - 3, widget->height() / 2);
         }
-        QVERIFY(widget);
-        QCOMPARE(widget->grab().toImage().pixelColor(spot), colour);
+        const auto pos = [](qreal v, int size) { return int(v < 0 ? size + v : v < 1 ? size * v : v); };
+        QCOMPARE(widget->grab().toImage().pixelColor(pos(spot.x(), widget->width()), pos(spot.y(), widget->height())),
+                 colour);
     }
 
     void commandsPaneToggles()
@@ -1059,19 +1054,12 @@ private slots:
         QVERIFY(SampleCatalogue::MakeSimFolder(found));
         QVERIFY(SampleCatalogue::MakeSimFolder(at(QStringLiteral("sims/mine"))));
         QVERIFY(QDir().mkpath(at(QStringLiteral("sims/empty"))));
-        m_window.reset();
         SampleCatalogue catalogue = SampleCatalogue::Small();
         if (!given.isEmpty())
             catalogue.categoryPaths.insert(QStringLiteral("X-Plane 11"), at(given));
-        QVERIFY(catalogue.WriteTo(m_app->path()));
-        if (firstStart)
-            QVERIFY(QFile::remove(m_app->filePath(QStringLiteral("bin/prop_ini.xml"))));
         Application::setLanguage(language);
+        openWindow(catalogue, false, firstStart);
         const QStringList statusLines = status.replace(QLatin1Char('@'), found).split(QLatin1Char('|'));
-
-        m_window.reset(new QuillmarkMainWindow);
-        m_window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
         QCOMPARE(m_window->GetStatusLabel()->text(), statusLines.at(0));
         QTest::mouseClick(m_window->GetCategoryButton(QStringLiteral("X-Plane 11")), Qt::LeftButton);
         VlAppPushButton* offer = m_window->GetCatProps()->GetOfferButton();
