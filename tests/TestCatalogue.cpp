@@ -978,34 +978,25 @@ void TestCatalogue::categoryFolderChangeTakesEffect()
     QCOMPARE(product.GetCycleVersion(), QStringLiteral("2102"));
 }
 
+// clang-format off
 void TestCatalogue::removeFileList_data()
 {
     QTest::addColumn<QString>("entry");
     QTest::addColumn<QString>("gone");
     QTest::addColumn<bool>("refused");
-    QTest::newRow("file in the product folder") << "$ProductPath\\a.bin"
-                                                << "prod/a.bin" << false;
-    QTest::newRow("folder in the product folder") << "$ProductPath/sub"
-                                                  << "prod/sub/b.txt" << false;
-    QTest::newRow("file in an install target") << "@ROOT@/target/c.txt"
-                                               << "target/c.txt" << false;
-    QTest::newRow("the link, not its target") << "$ProductPath/link"
-                                              << "prod/link" << false;
-    QTest::newRow("unresolved template") << "$UserDocuments/a.bin"
-                                         << "" << false;
-    QTest::newRow("dot-dot") << "$ProductPath/../outside/o.txt"
-                             << "" << true;
-    QTest::newRow("the product folder itself") << "$ProductPath\\"
-                                               << "" << true;
-    QTest::newRow("absolute path outside") << "@ROOT@/outside/o.txt"
-                                           << "" << true;
-    QTest::newRow("through a link to outside") << "$ProductPath/link/o.txt"
-                                               << "" << true;
-    QTest::newRow("relative path") << "prod/a.bin"
-                                   << "" << true;
-    QTest::newRow("folder name prefix") << "@ROOT@/product-other/x"
-                                        << "" << true;
+    QTest::newRow("file in the product folder") << "$ProductPath\\a.bin" << "prod/a.bin" << false;
+    QTest::newRow("folder in the product folder") << "$ProductPath/sub" << "prod/sub/b.txt" << false;
+    QTest::newRow("file in an install target") << "@ROOT@/target/c.txt" << "target/c.txt" << false;
+    QTest::newRow("the link, not its target") << "$ProductPath/link" << "prod/link" << false;
+    QTest::newRow("unresolved template") << "$UserDocuments/a.bin" << "" << false;
+    QTest::newRow("dot-dot") << "$ProductPath/../outside/o.txt" << "" << true;
+    QTest::newRow("the product folder itself") << "$ProductPath\\" << "" << true;
+    QTest::newRow("absolute path outside") << "@ROOT@/outside/o.txt" << "" << true;
+    QTest::newRow("through a link to outside") << "$ProductPath/link/o.txt" << "" << true;
+    QTest::newRow("relative path") << "prod/a.bin" << "" << true;
+    QTest::newRow("folder name prefix") << "@ROOT@/product-other/x" << "" << true;
 }
+// clang-format on
 
 void TestCatalogue::removeFileList()
 {

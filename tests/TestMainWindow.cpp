@@ -746,6 +746,7 @@ private slots:
     // "Change" on the category panel or on a card asks for a folder, on the category's current one;
     // the answer is taken (a cancel keeps the old one) and its field turns green for a folder that is
     // there and holds what it should, red otherwise. The cards of the category follow at once.
+    // clang-format off
     void folderChooser_data()
     {
         QTest::addColumn<QString>("target"); // the category, or a product whose folder does not exist yet
@@ -753,17 +754,13 @@ private slots:
         QTest::addColumn<bool>("simulator"); // the answer holds X-Plane.app
         QTest::addColumn<bool>("green");
 
-        QTest::newRow("new simulator folder") << "X-Plane 11"
-                                              << "sims/xp11b" << true << true;
-        QTest::newRow("simulator folder kept") << "X-Plane 11"
-                                               << "" << false << true;
-        QTest::newRow("folder without simulator") << "X-Plane 11"
-                                                  << "sims/empty" << false << false;
-        QTest::newRow("card: existing folder") << "Echo FMS"
-                                               << "addons/echo" << false << true;
-        QTest::newRow("card: cancelled") << "Echo FMS"
-                                         << "" << false << false;
+        QTest::newRow("new simulator folder") << "X-Plane 11" << "sims/xp11b" << true << true;
+        QTest::newRow("simulator folder kept") << "X-Plane 11" << "" << false << true;
+        QTest::newRow("folder without simulator") << "X-Plane 11" << "sims/empty" << false << false;
+        QTest::newRow("card: existing folder") << "Echo FMS" << "addons/echo" << false << true;
+        QTest::newRow("card: cancelled") << "Echo FMS" << "" << false << false;
     }
+    // clang-format on
 
     void folderChooser()
     {
