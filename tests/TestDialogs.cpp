@@ -440,8 +440,9 @@ private slots:
     }
 
     // A language chosen in the open settings dialog re-lays the dialog and the window at once: no
-    // text is cut and the filter keeps clear of its caption. The next run starts in it.
-    void languageSwitchesAtOnceAndSurvivesRestart()
+    // text is cut and the filter keeps clear of its caption. The next run starts in it, and with the
+    // automatic checks ticked (on the box itself: a wide check box reacts only to its box and text).
+    void settingsSurviveTheRun()
     {
         SampleRun run;
         QVERIFY(run.open());
@@ -468,6 +469,10 @@ private slots:
                 if (filterRect.intersects(captionRect) || filter->width() < filter->minimumSizeHint().width())
                     problems << language + QStringLiteral(": the filter is squeezed");
             }
+            QVERIFY(!settings->GetQuillmarkAutoUpdate()->isChecked() &&
+                    !settings->GetDatasetsAutoUpdate()->isChecked());
+            UserInput::tick(settings->GetQuillmarkAutoUpdate());
+            QTest::mouseClick(settings->GetOkButton(), Qt::LeftButton);
         });
         run.click(3);
         QCOMPARE(run.driver.titles(), QStringList{"Settings"});
@@ -477,54 +482,32 @@ private slots:
         QCOMPARE(items, (QStringList{"Deutsch (Deutschland)", "English (United States)"}));
         QCOMPARE(selected, QString("en_US"));
 
-        // The next run reads the choice back from the settings file.
-        run.close();
+        // The next run reads the choices back from the settings file.
+        const auto saved = [&](const QByteArray& app, const QByteArray& datasets) {
+            run.close();
+            const QByteArray file = run.app.readFile(QStringLiteral("bin/prop_ini.xml"));
+            QVERIFY2(file.contains("<QuillmarkAutoUpdate>" + app + "</") &&
+                         file.contains("<DSAutoUpdate>" + datasets + "</"),
+                     file.constData());
+        };
+        saved("1", "0");
         Application::setLanguage(QStringLiteral("en_US"));
         QVERIFY(run.open());
         QCOMPARE(Application::GetLanguage(), QString("de_DE"));
         QCOMPARE(caption(run.window->GetActionButtons().at(4)), QString("Hilfe"));
         QString preselected;
         run.driver.then([&](QDialog* dialog) {
-            preselected = static_cast<DlgVLSettings*>(dialog)->GetLanguageCombo()->currentData().toString();
-        });
-        run.click(3);
-        QCOMPARE(preselected, QString("de_DE"));
-        QCOMPARE(run.boxes.count(), 0);
-    }
-
-    void autoUpdateBoxesReachSettingsFile_data()
-    {
-        QTest::addColumn<bool>("quillmark");
-        QTest::addColumn<bool>("datasets");
-        QTest::newRow("both on") << true << true;
-        QTest::newRow("only the application") << true << false;
-        QTest::newRow("only the datasets") << false << true;
-    }
-
-    void autoUpdateBoxesReachSettingsFile()
-    {
-        QFETCH(bool, quillmark);
-        QFETCH(bool, datasets);
-        SampleRun run;
-        QVERIFY(run.open());
-        run.driver.then([&](QDialog* dialog) {
             auto* settings = static_cast<DlgVLSettings*>(dialog);
-            QVERIFY(!settings->GetQuillmarkAutoUpdate()->isChecked());
-            QVERIFY(!settings->GetDatasetsAutoUpdate()->isChecked());
-            // On the box itself: a wide check box reacts only to its box and its text.
-            for (VlCheckBox* box : {quillmark ? settings->GetQuillmarkAutoUpdate() : nullptr,
-                                    datasets ? settings->GetDatasetsAutoUpdate() : nullptr})
-                if (box)
-                    QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(8, box->height() / 2));
+            preselected = settings->GetLanguageCombo()->currentData().toString();
+            QVERIFY(settings->GetQuillmarkAutoUpdate()->isChecked() && !settings->GetDatasetsAutoUpdate()->isChecked());
+            UserInput::tick(settings->GetQuillmarkAutoUpdate());
+            UserInput::tick(settings->GetDatasetsAutoUpdate());
             QTest::mouseClick(settings->GetOkButton(), Qt::LeftButton);
         });
         run.click(3);
-        run.close();
-        const QByteArray saved = run.app.readFile(QStringLiteral("bin/prop_ini.xml"));
-        QVERIFY2(saved.contains("<QuillmarkAutoUpdate>" + QByteArray(quillmark ? "1" : "0") + "</QuillmarkAutoUpdate>"),
-                 saved.constData());
-        QVERIFY2(saved.contains("<DSAutoUpdate>" + QByteArray(datasets ? "1" : "0") + "</DSAutoUpdate>"),
-                 saved.constData());
+        QCOMPARE(preselected, QString("de_DE"));
+        saved("0", "1");
+        QCOMPARE(run.boxes.count(), 0);
     }
 
     // The datasets' button asks the server, and its dialog follows even when the server failed.
