@@ -575,6 +575,7 @@ void TestCatalogue::savedTextIsExact()
              (QStringList{"base_ini.xml", "prop_ini.xml"}));
 }
 
+// clang-format off
 void TestCatalogue::roundTrip_data()
 {
     QTest::addColumn<QByteArray>("content"); // null: no settings file
@@ -618,14 +619,9 @@ void TestCatalogue::roundTrip_data()
                     "<name>Orbital Route Planner</name><product_path>$SimPath\\ORP</product_path>",
                     "<name>All</name><path></path><name>Nowhere</name><path>/x</path><name>X-Plane 11</name>"
                     "<path>/new/xp11</path>")
-        << QStringList{defaults,
-                       plain,
-                       "Alpha;1;d2;$SimPath/Alpha;X-Plane 11",
-                       kDefaultProducts.at(1),
-                       "Orbital Route Planner;0;d1;$SimPath/ORP/ORPX Data/NavData;X-Plane 11",
-                       "All=",
-                       "X-Plane 10=/sims/xp10",
-                       "X-Plane 11=/new/xp11"}
+        << QStringList{defaults, plain, "Alpha;1;d2;$SimPath/Alpha;X-Plane 11", kDefaultProducts.at(1),
+                       "Orbital Route Planner;0;d1;$SimPath/ORP/ORPX Data/NavData;X-Plane 11", "All=",
+                       "X-Plane 10=/sims/xp10", "X-Plane 11=/new/xp11"}
         << QStringList();
 
     QTest::newRow("products moved to a dropped category disappear")
@@ -645,6 +641,7 @@ void TestCatalogue::roundTrip_data()
                kDefaultCategories
         << QStringList();
 }
+// clang-format on
 
 void TestCatalogue::roundTrip()
 {
