@@ -460,6 +460,8 @@ private slots:
                 combo->setCurrentIndex(combo->findData(language));
                 settle(); // the language change reaches every window as a posted event
                 QCOMPARE(Application::GetLanguage(), language);
+                QCOMPARE(settings->GetBackupPanel()->findChildren<QPushButton*>().at(0)->text(),
+                         language == "de_DE" ? QString("Archiv &speichern") : QString("&Save archive"));
                 for (const QString& cut : LayoutCheck::CutTexts(settings) + LayoutCheck::CutTexts(run.window.data()))
                     problems << language + QStringLiteral(": ") + cut;
                 QWidget* filter = run.window->GetFilter();
