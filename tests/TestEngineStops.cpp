@@ -1,18 +1,13 @@
-#include "engine/CDSVersion.h"
 #include "model/CCategory.h"
-#include "model/CInstallGroup.h"
-#include "model/CInstallGroupList.h"
 #include "model/CProduct.h"
-#include "model/CProductList.h"
 #include "support/DatasetFiles.h"
+#include "support/InstallProducts.h"
 #include "support/SampleCatalogue.h"
-#include "support/TempAppDir.h"
 #include "support/TestServer.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
@@ -26,118 +21,22 @@ using namespace DatasetFiles;
 // Stopping a run at any moment, and the ends of runs: after a stop nothing more happens and no
 // file of the user's is lost.
 namespace {
-const QByteArray kOldCycle = "AIRAC cycle    : 1801\r\nRevision       : 1\r\n";
-const QByteArray kNewCycle = "AIRAC cycle    : 1802\r\nRevision       : 1\r\n";
-
-// A tree of `count` files whose names depend on the count only; the seed decides their bytes.
-void writeTree(const QString& root, int count, quint32 seed)
+int backupFolders(const InstallProducts& t, int i)
 {
-    static const char* const folders[] = {"", "Airports", "Airports/Deep", "Navaids", "Proc edures"};
-    QRandomGenerator random(seed);
-    for (int i = 0; i < count; ++i) {
-        QByteArray content(16 + int(random.bounded(48)), Qt::Uninitialized);
-        for (char& c : content)
-            c = char(random.bounded(256));
-        const QString folder = QLatin1String(folders[i % 5]);
-        writeFile(root + (folder.isEmpty() ? QString() : "/" + folder) + QString("/file_%1.dat").arg(i), content);
-    }
+    int n = 0;
+    QDirIterator it(t.root(i), QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        n += it.next().endsWith(QString("/QMK_DS_%1_back").arg(i)) ? 1 : 0;
+    return n;
 }
 
-// Products Prod_0 .. Prod_n-1 with dataset DS_i and a NavData tree of cycle 1801 spread over
-// several folders; Prod_0 is the largest, so that a stop can land inside it. The archives of
-// cycle 1802 replace most files.
-struct Products
+int filesInBackups(const InstallProducts& t, int i)
 {
-    TempAppDir app;
-    QTemporaryDir work;
-    CProductList products;
-    CInstallGroupList groups;
-    CDSVersion engine;
-    QMap<QString, QByteArray> original;
-
-    explicit Products(int count, int firstSize = 600)
-    {
-        engine.Init("1.0");
-        writeFile(engine.GetCycleDirectory() + "/versionList.txt", "Revision: 1\n1802\n");
-        for (int i = 0; i < count; ++i) {
-            const QString name = QString("Prod_%1").arg(i);
-            const int files = i == 0 ? firstSize : 40;
-            const QString root = work.path() + "/" + name;
-            writeTree(root + "/NavData", files, 100 + i);
-            writeFile(root + "/NavData/cycle_info.txt", kOldCycle);
-            // The same names with other bytes, so every file gets a backup.
-            const QString tree = work.path() + "/new/" + name;
-            writeTree(tree + "/NavData", files, 200 + i);
-            writeFile(tree + "/NavData/cycle_info.txt", kNewCycle);
-            zipFolder(tree, engine.GetCycleDirectory() + QString("/DS_%1.zip").arg(i));
-            CProduct* p = addNavDataProduct(products, name, QString("DS_%1").arg(i), root);
-            groups.AssignProduct(p);
-        }
-        engine.SetProductList(&products);
-        original = sums();
-    }
-    QString root(int i) const { return work.path() + QString("/Prod_%1").arg(i); }
-    QMap<QString, QByteArray> sums(int i) const { return checksums(root(i)); }
-    QMap<QString, QByteArray> sums() const
-    {
-        QMap<QString, QByteArray> all;
-        for (int i = 0; i < products.GetSize(); ++i) {
-            const QMap<QString, QByteArray> one = sums(i);
-            for (auto it = one.cbegin(); it != one.cend(); ++it)
-                all.insert(QString("Prod_%1/").arg(i) + it.key(), it.value());
-        }
-        return all;
-    }
-    bool install()
-    {
-        QSignalSpy ready(&engine, &CDSVersion::SignalInstallReady);
-        engine.InstallProducts();
-        return ready.wait(60000);
-    }
-    QList<int> states() const
-    {
-        QList<int> list;
-        for (int i = 0; i < products.GetSize(); ++i)
-            list << int(products.GetByIndex(i)->GetInstallState());
-        return list;
-    }
-    int backupFolders(int i) const
-    {
-        int n = 0;
-        QDirIterator it(root(i), QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-        while (it.hasNext())
-            n += it.next().endsWith(QString("/QMK_DS_%1_back").arg(i)) ? 1 : 0;
-        return n;
-    }
-    int filesInBackups(int i) const
-    {
-        int n = 0;
-        QDirIterator it(root(i), QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext())
-            n += it.next().contains("/QMK_") ? 1 : 0;
-        return n;
-    }
-};
-
-// Every original file is in place, or its exact bytes wait in the backup folder beside it.
-void verifyNothingLost(const QMap<QString, QByteArray>& original, const QMap<QString, QByteArray>& now)
-{
-    for (auto it = original.cbegin(); it != original.cend(); ++it) {
-        const QString product = it.key().section('/', 0, 0);
-        const QString dataset = "DS_" + product.section('_', 1);
-        const QFileInfo info(it.key());
-        const QString backup = info.path() + "/QMK_" + dataset + "_back/" + info.fileName();
-        QVERIFY2(now.value(it.key()) == it.value() || now.value(backup) == it.value(), qPrintable("lost: " + it.key()));
-    }
-}
-
-QMap<QString, QByteArray> only(const QMap<QString, QByteArray>& all, const QString& prefix)
-{
-    QMap<QString, QByteArray> part;
-    for (auto it = all.cbegin(); it != all.cend(); ++it)
-        if (it.key().startsWith(prefix))
-            part.insert(it.key(), it.value());
-    return part;
+    int n = 0;
+    QDirIterator it(t.root(i), QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        n += it.next().contains("/QMK_") ? 1 : 0;
+    return n;
 }
 
 // Lets the event loop run for a while: what a stopped run could still send would arrive now.
@@ -194,12 +93,14 @@ private slots:
     {
         QFETCH(bool, reset);
         QFETCH(QString, when);
-        Products t(3, 800);
+        // Only a stop inside Prod_0 needs a long walk there.
+        const int size = when == "between products" ? 40 : 800;
+        InstallProducts t(3, size);
         QVERIFY(t.install());
         const QMap<QString, QByteArray> installed = t.sums();
-        const int backupFiles0 = t.filesInBackups(0);
-        const int backupFolders0 = t.backupFolders(0);
-        QVERIFY(backupFiles0 >= 800);
+        const int backupFiles0 = filesInBackups(t, 0);
+        const int backupFolders0 = backupFolders(t, 0);
+        QVERIFY(backupFiles0 >= size);
 
         CDSVersion& e = t.engine;
         e.ResetResult();
@@ -221,7 +122,7 @@ private slots:
         } else if (when == "mid-product") {
             // Stop as soon as the worker has visibly started on the first product.
             QVERIFY(QTest::qWaitFor(
-                [&] { return reset ? t.filesInBackups(0) < backupFiles0 : t.backupFolders(0) < backupFolders0; },
+                [&] { return reset ? filesInBackups(t, 0) < backupFiles0 : backupFolders(t, 0) < backupFolders0; },
                 20000));
             stop();
         } else {
@@ -245,8 +146,8 @@ private slots:
         for (int i = 0; i < 3; ++i) {
             const QString prefix = QString("Prod_%1/").arg(i);
             const bool success = result.contains(QString("success Prod_%1").arg(i));
-            const bool finished = reset ? t.filesInBackups(i) == 0 && only(now, prefix) == only(t.original, prefix)
-                                        : t.backupFolders(i) == 0;
+            const bool finished = reset ? filesInBackups(t, i) == 0 && only(now, prefix) == only(t.original, prefix)
+                                        : backupFolders(t, i) == 0;
             if (reachedUnfinished)
                 QVERIFY2(only(now, prefix) == only(installed, prefix), qPrintable(prefix + " was touched"));
             if (success)
@@ -284,7 +185,6 @@ private slots:
         QTest::newRow("announcing the second product") << "announce" << false;
         QTest::newRow("right after the copy starts") << "copy start" << false;
         QTest::newRow("mid-copy") << "mid-copy" << false;
-        QTest::newRow("one product, right after the copy starts") << "copy start" << true;
         QTest::newRow("one product, mid-copy") << "mid-copy" << true;
     }
 
@@ -292,15 +192,10 @@ private slots:
     {
         QFETCH(QString, when);
         QFETCH(bool, single);
-        Products t(3, 800);
+        InstallProducts t(3, when == "announce" ? 40 : 800);
         CDSVersion& e = t.engine;
         if (single)
             e.SetSingleProduct(t.products.GetByIndex(0));
-        // The order of the update dialog's close.
-        auto stop = [&] {
-            e.StopInstall();
-            e.StopFileCopyThred();
-        };
         QSignalSpy ready(&e, &CDSVersion::SignalInstallReady);
         QSignalSpy turns(&e, &CDSVersion::SignalUnzippProduct);
         QSignalSpy written(&e, &CDSVersion::SignalFileWritten);
@@ -309,7 +204,9 @@ private slots:
         auto once = [&] {
             if (!stopped) {
                 stopped = true;
-                stop();
+                // The order of the update dialog's close.
+                e.StopInstall();
+                e.StopFileCopyThred();
             }
         };
         if (when == "unzip")
@@ -369,7 +266,7 @@ private slots:
     // is told at its product's turn, after the lines before it, and ends the run there.
     void unzipCrashAhead()
     {
-        Products t(3, 40);
+        InstallProducts t(3, 40);
         const QByteArray unzip = QStandardPaths::findExecutable("unzip").toUtf8();
         ToolPath tools;
         QVERIFY(tools.addScript("unzip", "#!/bin/sh\ncase \"$4\" in *DS_1.zip) kill -SEGV $$;; esac\nexec " + unzip +
@@ -385,21 +282,27 @@ private slots:
         QCOMPARE(QDir(t.app.path() + "/downloads").entryList({"temp*"}, QDir::Dirs), QStringList());
     }
 
-    void idleStopDownload_data()
+    // A stop while the engine is idle, or during the search: nothing more is sent, asked or written.
+    void stopDownload_data()
     {
-        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("when");
         QTest::newRow("after a search") << "search";
         QTest::newRow("after a download run") << "download";
+        QTest::newRow("during the search") << "during search";
     }
 
-    void idleStopDownload()
+    void stopDownload()
     {
-        QFETCH(QString, before);
+        QFETCH(QString, when);
         TempAppDir app;
         TestServer server;
         QVERIFY(server.start());
-        server.addContent("/quillmark/versionList.txt", "Revision: 2\n1802\n");
+        server.addContent("/quillmark/versionList.txt", QByteArray(4000, '\n') + "1802\n");
         server.addContent("/quillmark/1802/DS1.zip", "archive bytes");
+        if (when == "during search") {
+            server.setFault("/quillmark/versionList.txt", TestServer::Fault::Slow);
+            server.setSlowPace(64, 40);
+        }
         CProductList products;
         CProduct* p = products.Add("P1");
         p->SetDataset("DS1");
@@ -410,15 +313,19 @@ private slots:
         e.SetProductList(&products);
 
         QSignalSpy checked(&e, &CDSVersion::SignalCheckHighVersionFinished);
+        QSignalSpy percent(&e, &CDSVersion::SignalChangePercent);
         QSignalSpy ready(&e, &CDSVersion::SignalDownloadDataSetReady);
-        e.SearchForNewVersion(false);
-        QVERIFY(checked.wait(20000));
-        if (before == "download") {
+        e.SearchForNewVersion(when == "during search");
+        QVERIFY(when == "during search" ? percent.wait(20000) : checked.wait(20000));
+        if (when == "download") {
             e.DownloadNewDSVersion();
             QVERIFY(ready.wait(20000));
         }
-        const QStringList filesBefore =
-            QDir(app.path() + "/downloads").entryList(QDir::Files) + QDir(e.GetCycleDirectory()).entryList(QDir::Files);
+        const auto files = [&] {
+            return QDir(app.path() + "/downloads").entryList(QDir::Files) +
+                   QDir(e.GetCycleDirectory()).entryList(QDir::Files);
+        };
+        const QStringList filesBefore = files();
         const int requests = server.requestCount();
         QSignalSpy failed(&e, &CDSVersion::SignalDownloadError);
         QSignalSpy setError(&e, &CDSVersion::SignalDownloadDataSetError);
@@ -427,47 +334,25 @@ private slots:
 
         e.StopDownload();
         settle();
-        QCOMPARE(failed.count(), 0);
-        QCOMPARE(setError.count(), 0);
-        QCOMPARE(checked.count(), checks);
-        QCOMPARE(server.requestCount(), requests);
-        QCOMPARE(QDir(app.path() + "/downloads").entryList(QDir::Files) +
-                     QDir(e.GetCycleDirectory()).entryList(QDir::Files),
-                 filesBefore);
-        QCOMPARE(int(p->GetInstallState()), state);
-    }
-
-    void stopDuringSearch()
-    {
-        TempAppDir app;
-        TestServer server;
-        QVERIFY(server.start());
-        server.addContent("/quillmark/versionList.txt", QByteArray(4000, '\n') + "1802\n");
-        server.setFault("/quillmark/versionList.txt", TestServer::Fault::Slow);
-        server.setSlowPace(64, 40);
-        CDSVersion e;
-        e.SetServer(server.hostAndPort());
-        e.Init("1.0");
-        QSignalSpy checked(&e, &CDSVersion::SignalCheckHighVersionFinished);
-        QSignalSpy percent(&e, &CDSVersion::SignalChangePercent);
-        e.SearchForNewVersion(true);
-        QVERIFY(percent.wait(20000));
-        e.StopDownload();
-        settle();
         // Whoever stopped the search no longer waits for its answer.
-        QCOMPARE(checked.count(), 0);
-        QVERIFY(!QFileInfo::exists(app.path() + "/downloads/versionList.txt"));
+        QCOMPARE(checked.count(), checks);
+        // An idle engine has nothing to abort; a search ends as aborted, once.
+        QCOMPARE(failed.count(), when == "during search" ? 1 : 0);
+        QCOMPARE(setError.count(), 0);
+        QCOMPARE(server.requestCount(), requests);
+        // A list half read is not left behind.
+        QCOMPARE(files(), when == "during search" ? QStringList() : filesBefore);
+        QCOMPARE(int(p->GetInstallState()), state);
     }
 
     void fullDisk()
     {
-        Products t(1, 40);
+        InstallProducts t(1, 40);
         const QString archive = t.engine.GetCycleDirectory() + "/DS_0.zip";
-        QVERIFY(QFile::rename(archive, t.work.path() + "/DS_0.zip"));
         TestServer server;
         QVERIFY(server.start());
-        server.addContent("/quillmark/1802/DS_0.zip",
-                          readFile(t.work.path() + "/DS_0.zip") + QByteArray(512 * 1024, 'x'));
+        server.addContent("/quillmark/1802/DS_0.zip", readFile(archive) + QByteArray(512 * 1024, 'x'));
+        QVERIFY(QFile::remove(archive));
         t.engine.SetServer(server.hostAndPort());
         t.engine.InitNewDSVersion("1802");
 
@@ -490,43 +375,6 @@ private slots:
         QCOMPARE(t.sums(), t.original);
     }
 
-    void installOntoLink_data()
-    {
-        QTest::addColumn<bool>("backups");
-        QTest::newRow("with backups") << true;
-        QTest::newRow("without backups") << false;
-    }
-
-    void installOntoLink()
-    {
-        QFETCH(bool, backups);
-        Products t(1, 10);
-        const QString nav = t.root(0) + "/NavData";
-        QVERIFY(writeFile(t.work.path() + "/elsewhere/real.dat", "the user's file"));
-        QVERIFY(QFile::link(t.work.path() + "/elsewhere/real.dat", nav + "/linked.dat"));
-        writeFile(t.work.path() + "/new/Prod_0/NavData/linked.dat", "new data");
-        QFile::remove(t.engine.GetCycleDirectory() + "/DS_0.zip");
-        QVERIFY(zipFolder(t.work.path() + "/new/Prod_0", t.engine.GetCycleDirectory() + "/DS_0.zip").isEmpty());
-        t.engine.SetCreateBackupFiles(backups);
-
-        QVERIFY(t.install());
-        QCOMPARE(t.engine.GetResult(), QString(" + Install success Prod_0\r\n"));
-        QVERIFY(!QFileInfo(nav + "/linked.dat").isSymLink());
-        QCOMPARE(readFile(nav + "/linked.dat"), QByteArray("new data"));
-        QCOMPARE(readFile(t.work.path() + "/elsewhere/real.dat"), QByteArray("the user's file"));
-        const QFileInfo kept(nav + "/QMK_DS_0_back/linked.dat");
-        QCOMPARE(kept.isSymLink(), backups);
-        if (!backups)
-            return;
-        QCOMPARE(kept.symLinkTarget(), t.work.path() + "/elsewhere/real.dat");
-
-        QSignalSpy ready(&t.engine, &CDSVersion::SignalResetReady);
-        t.engine.Reset(&t.products);
-        QVERIFY(!ready.isEmpty() || ready.wait(20000));
-        QCOMPARE(QFileInfo(nav + "/linked.dat").symLinkTarget(), t.work.path() + "/elsewhere/real.dat");
-        QCOMPARE(readFile(t.work.path() + "/elsewhere/real.dat"), QByteArray("the user's file"));
-    }
-
     void removeFileList_data()
     {
         QTest::addColumn<QString>("entry");
@@ -538,6 +386,8 @@ private slots:
                                             << "outside.dat" << false;
         QTest::newRow("the simulator folder itself") << "$SimPath"
                                                      << "sim" << false;
+        QTest::newRow("above the product") << "$ProductPath/../outside.dat"
+                                           << "outside.dat" << false;
     }
 
     void removeFileList()
@@ -545,21 +395,24 @@ private slots:
         QFETCH(QString, entry);
         QFETCH(QString, target);
         QFETCH(bool, removed);
-        Products t(1, 10);
+        InstallProducts t(1, 10);
         const QString sim = t.work.path() + "/sim";
         QVERIFY(SampleCatalogue::MakeSimFolder(sim));
         CCategory category("X-Plane 11");
         category.SetPath(sim);
-        CProduct* p = t.products.GetByIndex(0);
+        CProduct* p = t.product(0);
         p->SetCategory(&category);
         QVERIFY(writeFile(sim + "/Custom Data/old.dat", "old"));
         QVERIFY(writeFile(t.work.path() + "/outside.dat", "not the product's"));
-        QVERIFY(QFile::link(t.work.path(), t.root(0) + "/NavData/out"));
+        QVERIFY(writeFile(t.nav(0) + "/obsolete.dat", "to be removed"));
+        QVERIFY(QFile::link(t.work.path(), t.nav(0) + "/out"));
+        // A refused entry does not keep the next one from going.
         p->AddRemoveFilePath(entry);
+        p->AddRemoveFilePath("$ProductPath/NavData/obsolete.dat");
 
         QVERIFY(t.install());
-        const QString path = t.work.path() + "/" + target;
-        QCOMPARE(QFileInfo::exists(path), !removed);
+        QCOMPARE(QFileInfo::exists(t.work.path() + "/" + target), !removed);
+        QVERIFY(!QFileInfo::exists(t.nav(0) + "/obsolete.dat"));
         const QString result = t.engine.GetResult();
         QVERIFY(result.startsWith(" + Install success Prod_0\r\n"));
         QCOMPARE(int(p->GetInstallState()), int(QMK_STATE_INSTALL_OK));
@@ -571,36 +424,24 @@ private slots:
 
     void resetListWithGroup()
     {
-        // Two products in one install group (one folder, one dataset) and one on its own.
-        Products t(1, 30);
+        // Prod_0 and its twin in one install group (one folder, one dataset), Prod_1 on its own.
+        InstallProducts t(2, 30);
         addNavDataProduct(t.products, "Prod_0 Twin", "DS_0", t.root(0));
-        const QString otherRoot = t.work.path() + "/Prod_1";
-        writeTree(otherRoot + "/NavData", 20, 9);
-        writeFile(otherRoot + "/NavData/cycle_info.txt", kOldCycle);
-        writeTree(t.work.path() + "/new/Prod_1/NavData", 20, 10);
-        writeFile(t.work.path() + "/new/Prod_1/NavData/cycle_info.txt", kNewCycle);
-        zipFolder(t.work.path() + "/new/Prod_1", t.engine.GetCycleDirectory() + "/DS_1.zip");
-        addNavDataProduct(t.products, "Prod_1", "DS_1", otherRoot);
         // Grouped as the data model does it: by dataset and resolved install paths.
         CInstallGroupList groups;
-        for (int i = 0; i < t.products.GetSize(); ++i) {
-            QVERIFY(t.products.GetByIndex(i)->InitNewInstallPaths(false));
-            QCOMPARE(groups.AssignProduct(t.products.GetByIndex(i)), i == 2 ? 1 : 0);
+        for (int i = 0; i < 3; ++i) {
+            QVERIFY(t.product(i)->InitNewInstallPaths(false));
+            QCOMPARE(groups.AssignProduct(t.product(i)), i == 1 ? 1 : 0);
         }
-        const QMap<QString, QByteArray> before = checksums(t.work.path(), {"new"});
-
         QVERIFY(t.install());
-        QVERIFY(checksums(t.work.path(), {"new"}) != before);
-        t.engine.ResetResult();
-        QSignalSpy ready(&t.engine, &CDSVersion::SignalResetReady);
-        t.engine.Reset(&t.products);
-        QVERIFY(!ready.isEmpty() || ready.wait(20000));
+        QVERIFY(t.sums() != t.original);
+        QVERIFY(t.reset());
         QCOMPARE(t.engine.GetResult(), QString(" + Reset success Prod_0 ( V. 1801 R. 1 )\r\n"
                                                " + Reset success Prod_0 Twin ( V. 1801 R. 1 )\r\n"
                                                " + Reset success Prod_1 ( V. 1801 R. 1 )\r\n"));
         QCOMPARE(t.states(), (QList<int>{5, 5, 5}));
-        QCOMPARE(checksums(t.work.path(), {"new"}), before);
-        QCOMPARE(t.backupFolders(0) + t.backupFolders(1), 0);
+        QCOMPARE(t.sums(), t.original);
+        QCOMPARE(backupFolders(t, 0) + backupFolders(t, 1), 0);
     }
 };
 
