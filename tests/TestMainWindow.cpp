@@ -416,12 +416,11 @@ private slots:
         QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QStringLiteral("\n"))));
     }
 
-    // clang-format off
     // Every control can be reached with Tab and pressed with Space, and the main commands have keys
     // of their own that the tooltips name.
     void keyboardReachesAndPresses_data()
     {
-        QTest::addColumn<QString>("target"); // action N, category NAME, card command, close
+        QTest::addColumn<QString>("target");    // action N, category NAME, card command, close
         QTest::addColumn<QKeySequence>("keys"); // the command's own keys; empty: none
         QTest::newRow("update") << "action 0" << QKeySequence(Qt::CTRL | Qt::Key_U);
         QTest::newRow("reset") << "action 1" << QKeySequence(Qt::CTRL | Qt::Key_R);
