@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds Quillmark and runs every test. Extra arguments go to ctest (e.g. -R TestMyLog).
+# Builds Quillmark and runs every test. Extra arguments go to ctest (e.g. -R TestApplication).
 #   tools/test.sh [CTEST_ARGS...]              build/ with the normal flags
 #   tools/test.sh --sanitize [CTEST_ARGS...]   build-sanitize/ with AddressSanitizer (leaks too)
 #                                              and UndefinedBehaviorSanitizer

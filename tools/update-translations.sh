@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Refreshes resources/lang/*.ts from the sources. New German texts arrive unfinished and must be
-# translated before the tests pass again (TestTranslations checks that German is complete).
+# translated before the tests pass again (TestApplication::everyTextTranslated checks both languages).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 LUPDATE=/usr/lib/qt5/bin/lupdate
